@@ -7,5 +7,6 @@
 using KOVSimTypeID = std::int32_t;
 /// The number of an object within its owner, or of a root object within its context; -1 is none.
 using KOVSimIDMinor = std::int32_t;
-/// What the entries of a distribution are: 4 for `double`, 7 for members of a collection, and so on.
+/// What the entries of a distribution are: 4 for `double`, 7 for members of a collection, and so
+/// on.
 using KOVSimTypeKey = int;
