@@ -1,0 +1,17 @@
+#include "KOVSrvFsm.h"
+
+#include <cstdint>
+
+namespace {
+
+constinit std::int32_t s_counter = 0;
+
+}  // namespace
+
+void KOVSrvFsm_initialize(int& count) {
+    if (++s_counter == 1) ++count;
+}
+
+void KOVSrvFsm_finalize(int& count) {
+    if (--s_counter == 0) --count;
+}
