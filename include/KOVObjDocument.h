@@ -1,7 +1,9 @@
-// KOVObjDocument: a shared handle on an open document, and the way to make, open, verify and close one.
+// KOVObjDocument: a shared handle on an open document, and the way to make, open, verify and close
+// one.
 //
-// A document is a folder `NAME.ksd` (see docs/format.md), or lives in memory. One writer and any number of readers may have
-// it open, also from other processes. A reader sees one commit from `Open` or `Refresh()` to the next `Refresh()`.
+// A document is a folder `NAME.ksd` (see docs/format.md), or lives in memory. One writer and any
+// number of readers may have it open, also from other processes. A reader sees one commit from
+// `Open` or `Refresh()` to the next `Refresh()`.
 #pragma once
 
 #include <cstdint>
@@ -36,7 +38,7 @@ struct KOVObjDocumentStatistics {
 };
 
 class KOV_EXPORT KOVObjDocument {
-public:
+  public:
     enum Access { ReadOnly = 0, ReadWrite = 1 };
     enum BareTag { Bare = 0 };
 
@@ -44,18 +46,22 @@ public:
     KOVObjDocument() = default;
     KOVObjDocument(KOVSimDatabase const& database) : m_database(database) {}
 
-    /// Makes a document on disk with the skeleton of a model and a mesh, open for writing. Throws if `path` exists.
+    /// Makes a document on disk with the skeleton of a model and a mesh, open for writing. Throws
+    /// if `path` exists.
     static KOVObjDocument Create(KOVString const& path);
     /// The same in memory.
     static KOVObjDocument CreateInMemory();
     /// In memory with a focus and nothing else.
     static KOVObjDocument CreateInMemory(BareTag);
-    /// Opens a document. A path that is open in this process already shares its context, or is refused when the access
-    /// differs. Throws if it is no document, damaged, cut short, written by a newer version, or in use by another writer.
+    /// Opens a document. A path that is open in this process already shares its context, or is
+    /// refused when the access differs. Throws if it is no document, damaged, cut short, written by
+    /// a newer version, or in use by another writer.
     static KOVObjDocument Open(KOVString const& path, Access access);
-    /// Closes the document for all handles; an open transaction is dropped. Nothing happens if it is closed.
+    /// Closes the document for all handles; an open transaction is dropped. Nothing happens if it
+    /// is closed.
     void Close() const;
-    /// Moves a reader to the latest commit, and answers whether anything changed. Throws while a transaction is open.
+    /// Moves a reader to the latest commit, and answers whether anything changed. Throws while a
+    /// transaction is open.
     bool Refresh() const;
 
     /// True if the database has gone, or the handle has none.
@@ -66,11 +72,12 @@ public:
     KOVString Path() const;
     bool IsReadOnly() const;
 
-    /// Checks every page of every block and every invariant of the catalogue, and calls `finding` with a text for each
-    /// fault. Answers whether there was none.
+    /// Checks every page of every block and every invariant of the catalogue, and calls `finding`
+    /// with a text for each fault. Answers whether there was none.
     bool Verify(std::function<void(char const* finding)> const& finding) const;
     KOVObjDocumentStatistics Statistics() const;
-    /// Writes a copy without superseded bytes to a new path; throws if it exists. The identities' numbers stay.
+    /// Writes a copy without superseded bytes to a new path; throws if it exists. The identities'
+    /// numbers stay.
     void WriteCompacted(KOVString const& path) const;
 
     /// The root record.
@@ -96,12 +103,14 @@ public:
     void SetPointCollection(KOVSimPosition const& position) const;
 
     KOVSimDataRecord CreateDataRecord(int type) const;
-    KOVSimDistributionID CreateDistribution(KOVSimGrid const& grid, KOVSimRangeType const& range, KOVSimTypeID type) const;
+    KOVSimDistributionID CreateDistribution(KOVSimGrid const& grid, KOVSimRangeType const& range,
+                                            KOVSimTypeID type) const;
     KOVSimDynamicID GetRecord(KOVSimCollectionID const& collection, int index) const;
     int GetCMemberIndex(KOVSimPosition const& record) const;
     /// The symbol of that name and type in the collection; throws if there is none.
-    KOVSimDynamicID GetSymbol(int type, KOVString const& name, KOVSimCollectionID const& collection) const;
+    KOVSimDynamicID GetSymbol(int type, KOVString const& name,
+                              KOVSimCollectionID const& collection) const;
 
-private:
+  private:
     KOVSimDatabase m_database;
 };

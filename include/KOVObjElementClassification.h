@@ -5,7 +5,7 @@
 #include "KOVSimPosition.h"
 
 class KOV_EXPORT KOVObjElementClassification {
-public:
+  public:
     KOVObjElementClassification(KOVSimPosition const& position) : m_classification(position) {}
     operator KOVSimPosition const&() const { return m_classification; }
 
@@ -14,6 +14,6 @@ public:
     KOVSimPosition GetMembership() const;
     void SetMembership(KOVSimPosition const& dset) const;
 
-private:
+  private:
     KOVSimPosition m_classification;
 };

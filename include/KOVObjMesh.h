@@ -1,12 +1,12 @@
-// KOVObjMesh: a facade on the position of a mesh. Getters give null positions where nothing was set; setters need a
-// transaction.
+// KOVObjMesh: a facade on the position of a mesh. Getters give null positions where nothing was
+// set; setters need a transaction.
 #pragma once
 
 #include "KOVExport.h"
 #include "KOVSimPosition.h"
 
 class KOV_EXPORT KOVObjMesh {
-public:
+  public:
     KOVObjMesh(KOVSimPosition const& mesh) : m_mesh(mesh) {}
     operator KOVSimPosition const&() const { return m_mesh; }
 
@@ -15,7 +15,8 @@ public:
     void SetNodeCollection(KOVSimPosition const& position) const;
     KOVSimPosition GetElementCollection() const;
     void SetElementCollection(KOVSimPosition const& position) const;
-    /// The connectivity dataset, over the distribution (elements, connectivity positions) of node indices.
+    /// The connectivity dataset, over the distribution (elements, connectivity positions) of node
+    /// indices.
     KOVSimPosition GetConnectivity() const;
     void SetConnectivity(KOVSimPosition const& position) const;
     /// The coordinates distribution (nodes, components), in the model's length unit.
@@ -34,6 +35,6 @@ public:
     KOVSimPosition GetShapeFormulationLogicalSectionClassification() const;
     void SetShapeFormulationLogicalSectionClassification(KOVSimPosition const& position) const;
 
-private:
+  private:
     KOVSimPosition m_mesh;
 };

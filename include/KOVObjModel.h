@@ -5,7 +5,7 @@
 #include "KOVSimPosition.h"
 
 class KOV_EXPORT KOVObjModel {
-public:
+  public:
     KOVObjModel(KOVSimPosition const& model) : m_model(model) {}
     operator KOVSimPosition const&() const { return m_model; }
 
@@ -14,6 +14,6 @@ public:
     /// The step of that name in the model's map of steps; null if there is none.
     KOVSimPosition GetStep(KOVString const& name) const;
 
-private:
+  private:
     KOVSimPosition m_model;
 };

@@ -1,7 +1,8 @@
-// KOVSimCSet: a set of members of one collection, as a value. Copies share the storage of the members. A set that is
-// registered with its collection has an ID: positive numbers are persistent sets, numbers from -2 downward temporary ones; a
-// set without one is volatile and dies with its last copy. An ordinary set is ascending without duplicates; an ordered set
-// keeps the order of the array that it was built from.
+// KOVSimCSet: a set of members of one collection, as a value. Copies share the storage of the
+// members. A set that is registered with its collection has an ID: positive numbers are persistent
+// sets, numbers from -2 downward temporary ones; a set without one is volatile and dies with its
+// last copy. An ordinary set is ascending without duplicates; an ordered set keeps the order of the
+// array that it was built from.
 #pragma once
 
 #include <memory>
@@ -19,7 +20,7 @@ class IndexSet;
 using KOVSimIndexSetPtr = std::shared_ptr<kov::sets::IndexSet const>;
 
 class KOV_EXPORT KOVSimCSet {
-public:
+  public:
     /// The empty set tied to no collection.
     KOVSimCSet();
     /// The registered set; a null `id` gives the empty set tied to no collection.
@@ -42,12 +43,12 @@ public:
     /// Lowest member in the low 32 bits, highest in the high 32 bits; for an empty set -1 in both.
     long long Bounds() const;
     bool IsAscending() const;
-    /// The ID of the stored ascending form: this set's own if it is registered and ascending; otherwise that of a stored
-    /// twin, or of a temporary set made for it.
+    /// The ID of the stored ascending form: this set's own if it is registered and ascending;
+    /// otherwise that of a stored twin, or of a temporary set made for it.
     KOVSimCSetID AscendingID() const;
 
-    /// Volatile results on the same collection, ascending. A set tied to no collection counts as the empty set; sets of two
-    /// collections are refused.
+    /// Volatile results on the same collection, ascending. A set tied to no collection counts as
+    /// the empty set; sets of two collections are refused.
     KOVSimCSet Union(KOVSimCSet other) const;
     KOVSimCSet Intersection(KOVSimCSet other) const;
     KOVSimCSet operator-(KOVSimCSet other) const;
@@ -62,7 +63,8 @@ public:
     /// The ID of a registered set; null for a volatile one.
     KOVSimCSetID ID() const { return m_id; }
     KOVSimCollectionID CollectionID() const { return m_collection; }
-    /// Makes a persistent set of this value, which then has its ID; the order of an ordered set is kept. In a transaction.
+    /// Makes a persistent set of this value, which then has its ID; the order of an ordered set is
+    /// kept. In a transaction.
     KOVSimCSetID RegisterWithCollection();
     /// The same, temporary: it needs no transaction and ends with the context.
     KOVSimCSetID RegisterWithTempCollection();
@@ -70,7 +72,7 @@ public:
     /// The storage; never null.
     KOVSimIndexSetPtr const& Storage() const { return m_members; }
 
-private:
+  private:
     KOVSimCSetID m_id;
     KOVSimCollectionID m_collection;
     KOVSimIndexSetPtr m_members;

@@ -1,5 +1,5 @@
-// KOVSimCSetIterator: walks the members of a set in stored order: `First`, then while not `IsDone`, `CurrentValue`, `Next`.
-// It shares the set's storage, and so outlives the set object.
+// KOVSimCSetIterator: walks the members of a set in stored order: `First`, then while not `IsDone`,
+// `CurrentValue`, `Next`. It shares the set's storage, and so outlives the set object.
 #pragma once
 
 #include <memory>
@@ -8,7 +8,7 @@
 #include "KOVSimCSet.h"
 
 class KOV_EXPORT KOVSimCSetIterator {
-public:
+  public:
     explicit KOVSimCSetIterator(KOVSimCSet const& set);
     ~KOVSimCSetIterator();
     KOVSimCSetIterator(KOVSimCSetIterator const&) = delete;
@@ -25,7 +25,7 @@ public:
     /// Its place in the set, from 0.
     int CurrentLocation() const { return m_location; }
 
-private:
+  private:
     void Fill();
 
     static constexpr int BufferSize = 512;

@@ -1,5 +1,5 @@
-// KOVSimCollection: a facade on a collection, an array of like members with indices 0 to `Space()` - 1, and the maker of its
-// sets. It keeps a weak share of the database.
+// KOVSimCollection: a facade on a collection, an array of like members with indices 0 to `Space()`
+// - 1, and the maker of its sets. It keeps a weak share of the database.
 #pragma once
 
 #include <memory>
@@ -9,7 +9,7 @@
 #include "KOVSimTypedIDs.h"
 
 class KOV_EXPORT KOVSimCollection {
-public:
+  public:
     KOVSimCollection() = default;
     explicit KOVSimCollection(KOVSimCollectionID const& id);
 
@@ -18,15 +18,17 @@ public:
     bool IsPresent() const { return !m_share.expired(); }
     /// The count of members.
     int Space() const;
-    /// Raises the count of members to `n`; in a transaction. A count below the present one is refused.
+    /// Raises the count of members to `n`; in a transaction. A count below the present one is
+    /// refused.
     void ExtendSpace(int n);
 
     /// The ID of this collection's empty set, which always exists.
     KOVSimCSetID EmptyCSetID() const;
-    /// A persistent set; in a transaction. `members`: n ints in any order, duplicates count once; copied. Members outside
-    /// the collection are refused. The flag is always false.
+    /// A persistent set; in a transaction. `members`: n ints in any order, duplicates count once;
+    /// copied. Members outside the collection are refused. The flag is always false.
     KOVSimCSetID CreateCSet(int const* members, int n, bool);
-    /// A persistent set of `count` members: first, first + stride, ... The last argument is always 1.
+    /// A persistent set of `count` members: first, first + stride, ... The last argument is
+    /// always 1.
     KOVSimCSetID CreateCSetStrided(int first, int count, int stride, int);
     /// The same, temporary: no transaction is needed, and the set ends with the context.
     KOVSimCSetID CreateTempCSet(int const* members, int n, bool);
@@ -37,11 +39,11 @@ public:
     KOVSimCSet CreateVolatileCSet(int const* members, int n, bool) const;
     KOVSimCSet CreateVolatileCSetStrided(int first, int count, int stride, int) const;
     KOVSimCSet CreateVolatileOrderedCSet(int const* members, int n) const;
-    /// The stored ascending set with exactly these members, a persistent one before a temporary one; null if there is none.
-    /// The flag is always false.
+    /// The stored ascending set with exactly these members, a persistent one before a temporary
+    /// one; null if there is none. The flag is always false.
     KOVSimCSetID SeekCSet(KOVSimCSet const& set, bool) const;
 
-private:
+  private:
     KOVSimCollectionID m_id;
     std::weak_ptr<kov::store::Context> m_share;
 };

@@ -1,5 +1,5 @@
-// KOVSimCompartment: a tuple of sets, one for each domain of a relation: every member of one set relates to every member of
-// the others. A value.
+// KOVSimCompartment: a tuple of sets, one for each domain of a relation: every member of one set
+// relates to every member of the others. A value.
 #pragma once
 
 #include "KOVBasVector.h"
@@ -8,11 +8,12 @@
 #include "KOVSimCSet.h"
 
 class KOV_EXPORT KOVSimCompartment {
-public:
+  public:
     /// The empty compartment, without sets.
     KOVSimCompartment() = default;
     /// One registered set for each domain.
-    explicit KOVSimCompartment(KOVSimArray<KOVSimCSetID, KOVSimArrayCopyClassPolicy<KOVSimCSetID>> const& sets);
+    explicit KOVSimCompartment(
+        KOVSimArray<KOVSimCSetID, KOVSimArrayCopyClassPolicy<KOVSimCSetID>> const& sets);
 
     int Size() const { return static_cast<int>(m_sets.Size()); }
     /// The set of dimension `i`. Throws outside 0 to `Size()` - 1.
@@ -22,6 +23,6 @@ public:
     /// Fills the array with the IDs of all sets.
     void CSetIDs(KOVSimArray<KOVSimCSetID, KOVSimArrayCopyClassPolicy<KOVSimCSetID>>& ids) const;
 
-private:
+  private:
     KOVBasVector<KOVSimCSet> m_sets;
 };

@@ -1,4 +1,5 @@
-// KOVSimCtation: a list of compartments, the content of a dataset: one compartment for each distinct relation tuple.
+// KOVSimCtation: a list of compartments, the content of a dataset: one compartment for each
+// distinct relation tuple.
 #pragma once
 
 #include "KOVExport.h"
@@ -6,7 +7,7 @@
 #include "KOVSimCompartment.h"
 
 class KOV_EXPORT KOVSimCtation {
-public:
+  public:
     using Array = KOVSimArray<KOVSimCompartment, KOVSimArrayClassPolicy<KOVSimCompartment>>;
 
     KOVSimCtation() = default;
@@ -16,6 +17,6 @@ public:
     Array const& Compartments() const { return m_compartments; }
     int Size() const { return m_compartments.Size(); }
 
-private:
+  private:
     Array m_compartments;
 };

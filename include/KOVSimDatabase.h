@@ -1,5 +1,5 @@
-// KOVSimDatabase: a shared handle on an open document's database. Copies take strong shares; the last one to go closes
-// the database. Positions and identities hold no share.
+// KOVSimDatabase: a shared handle on an open document's database. Copies take strong shares; the
+// last one to go closes the database. Positions and identities hold no share.
 #pragma once
 
 #include <memory>
@@ -13,12 +13,14 @@ class Context;
 }
 
 class KOV_EXPORT KOVSimDatabase {
-public:
+  public:
     /// An empty handle, which holds no database.
     KOVSimDatabase() = default;
-    /// A strong share of the database that holds `position`; empty for a null position. Throws if its document is closed.
+    /// A strong share of the database that holds `position`; empty for a null position. Throws if
+    /// its document is closed.
     explicit KOVSimDatabase(KOVSimPosition const& position);
-    explicit KOVSimDatabase(std::shared_ptr<kov::store::Context> context) : m_context(std::move(context)) {}
+    explicit KOVSimDatabase(std::shared_ptr<kov::store::Context> context)
+        : m_context(std::move(context)) {}
 
     /// True for a handle without a database, or one whose document was closed through any handle.
     bool IsClosed() const;
@@ -26,6 +28,6 @@ public:
     KOVSimContextID ContextID() const;
     std::shared_ptr<kov::store::Context> const& Share() const { return m_context; }
 
-private:
+  private:
     std::shared_ptr<kov::store::Context> m_context;
 };

@@ -1,5 +1,5 @@
-// KOVSimDistribution: a typed array over a grid of collections, stored as drawers. A value facade that keeps a weak share of
-// the database and a copy of the grid; cheap to copy.
+// KOVSimDistribution: a typed array over a grid of collections, stored as drawers. A value facade
+// that keeps a weak share of the database and a copy of the grid; cheap to copy.
 #pragma once
 
 #include <memory>
@@ -12,9 +12,10 @@
 #include "KOVSimTypedIDs.h"
 
 class KOV_EXPORT KOVSimDistribution {
-public:
+  public:
     KOVSimDistribution() = default;
-    /// Throws if there is no such distribution, or its document is closed; a null `id` gives a null facade.
+    /// Throws if there is no such distribution, or its document is closed; a null `id` gives a null
+    /// facade.
     explicit KOVSimDistribution(KOVSimDistributionID const& id);
 
     KOVSimDistributionID ID() const { return m_id; }
@@ -26,12 +27,14 @@ public:
 
     /// Fills the array with one description for each drawer, in the order of creation.
     void QueryDrawers(
-        KOVSimArray<KOVSimPersistentDrawerDesc, KOVSimArrayClassPolicy<KOVSimPersistentDrawerDesc>>& drawers) const;
+        KOVSimArray<KOVSimPersistentDrawerDesc, KOVSimArrayClassPolicy<KOVSimPersistentDrawerDesc>>&
+            drawers) const;
     /// Fills the array with the IDs of the drawers, in the same order.
-    void DrawerIDArray(KOVSimArray<KOVSimDrawerID, KOVSimArrayCopyClassPolicy<KOVSimDrawerID>>& drawers) const;
+    void DrawerIDArray(
+        KOVSimArray<KOVSimDrawerID, KOVSimArrayCopyClassPolicy<KOVSimDrawerID>>& drawers) const;
     KOVSimPersistentDrawerDesc DrawerDescription(KOVSimDrawerID const& drawer) const;
 
-private:
+  private:
     KOVSimDistributionID m_id;
     KOVSimGrid m_grid;
     KOVSimRangeType m_range{KOVSimTypeKeyInt};

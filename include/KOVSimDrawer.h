@@ -1,4 +1,5 @@
-// KOVSimDrawer: one rectangular block of a distribution, read as it stands when the object is built.
+// KOVSimDrawer: one rectangular block of a distribution, read as it stands when the object is
+// built.
 #pragma once
 
 #include <memory>
@@ -8,7 +9,7 @@
 #include "KOVSimPosition.h"
 
 class KOV_EXPORT KOVSimDrawer {
-public:
+  public:
     explicit KOVSimDrawer(KOVSimDrawerID const& id);
     /// The drawer at `position`; one without a description if the position denotes none.
     explicit KOVSimDrawer(KOVSimPosition const& position);
@@ -19,7 +20,7 @@ public:
     /// The description, owned by this object; null if there is none.
     KOVSimDrawerDescription const* Description() const { return m_description.get(); }
 
-private:
+  private:
     KOVSimDrawerID m_id;
     std::shared_ptr<KOVSimPersistentDrawerDesc const> m_description;
 };

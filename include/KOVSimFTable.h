@@ -8,7 +8,7 @@
 #include "KOVString.h"
 
 class KOV_EXPORT KOVSimFTable {
-public:
+  public:
     /// Throws if there is no such table; a null `id` gives a table without rows and columns.
     explicit KOVSimFTable(KOVSimFTableID const& id);
 
@@ -19,12 +19,12 @@ public:
     /// The labels given with the table itself, from 0.
     int LabelCount() const;
     KOVString Label(int index) const;
-    /// Copies the first `n` values, row by row: entry (row, column) is at column + ColumnCount() * row. `out`: n doubles, the
-    /// caller's. Asking for more than the table holds is refused.
+    /// Copies the first `n` values, row by row: entry (row, column) is at column + ColumnCount() *
+    /// row. `out`: n doubles, the caller's. Asking for more than the table holds is refused.
     void GetData(double* out, int n) const;
 
     struct Content;
 
-private:
+  private:
     std::shared_ptr<Content const> m_content;
 };

@@ -1,4 +1,5 @@
-// KOVSimGrid: the collections over which a distribution stands, one for each dimension, in order. One or two dimensions.
+// KOVSimGrid: the collections over which a distribution stands, one for each dimension, in order.
+// One or two dimensions.
 #pragma once
 
 #include "KOVExport.h"
@@ -6,8 +7,9 @@
 #include "KOVSimTypedIDs.h"
 
 class KOV_EXPORT KOVSimGrid {
-public:
-    using CollectionArray = KOVSimArray<KOVSimCollectionID, KOVSimArrayCopyClassPolicy<KOVSimCollectionID>>;
+  public:
+    using CollectionArray =
+        KOVSimArray<KOVSimCollectionID, KOVSimArrayCopyClassPolicy<KOVSimCollectionID>>;
 
     KOVSimGrid() = default;
     explicit KOVSimGrid(CollectionArray const& collections) : m_collections(collections) {}
@@ -15,6 +17,6 @@ public:
     int NumDimensions() const { return m_collections.Size(); }
     CollectionArray const& Collections() const { return m_collections; }
 
-private:
+  private:
     CollectionArray m_collections;
 };

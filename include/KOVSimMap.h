@@ -1,5 +1,6 @@
-// KOVSimMap: a writable view of the links under one member of an object, each under a text key. Keys compare byte for byte,
-// and iteration is in that order. Two views of one member see the same content.
+// KOVSimMap: a writable view of the links under one member of an object, each under a text key.
+// Keys compare byte for byte, and iteration is in that order. Two views of one member see the same
+// content.
 #pragma once
 
 #include <memory>
@@ -10,10 +11,11 @@
 #include "KOVSimPosition.h"
 
 class KOV_EXPORT KOVSimMapiterator {
-public:
+  public:
     using Entries = std::vector<std::pair<KOVString, KOVSimPosition>>;
     KOVSimMapiterator() = default;
-    explicit KOVSimMapiterator(std::shared_ptr<Entries const> entries) : m_entries(std::move(entries)) {}
+    explicit KOVSimMapiterator(std::shared_ptr<Entries const> entries)
+        : m_entries(std::move(entries)) {}
 
     bool NotDone() const { return m_entries != nullptr && m_at < m_entries->size(); }
     KOVString Key() const { return (*m_entries)[m_at].first; }
@@ -23,13 +25,13 @@ public:
         return *this;
     }
 
-private:
+  private:
     std::shared_ptr<Entries const> m_entries;
     std::size_t m_at = 0;
 };
 
 class KOV_EXPORT KOVSimMap {
-public:
+  public:
     KOVSimMap() = default;
     KOVSimMap(KOVSimPosition const& owner, int member) : m_owner(owner), m_member(member) {}
 
@@ -37,12 +39,13 @@ public:
     int Size() const;
     /// The position under exactly this key; null if there is none.
     KOVSimPosition Find(KOVString const& key) const;
-    /// Puts `target` under `key`, replacing what was there. Throws on a null `target`, and on the map of a null position.
+    /// Puts `target` under `key`, replacing what was there. Throws on a null `target`, and on the
+    /// map of a null position.
     void Insert(KOVString const& key, KOVSimPosition const& target) const;
     /// Takes the entry away; nothing happens if there is none.
     void Remove(KOVString const& key) const;
 
-private:
+  private:
     KOVSimPosition m_owner;
     int m_member = -1;
 };

@@ -1,9 +1,10 @@
-// KOVSimOCompartment: the compartment inside a drawer's description: one set for each dimension of the drawer.
+// KOVSimOCompartment: the compartment inside a drawer's description: one set for each dimension of
+// the drawer.
 #pragma once
 
 #include "KOVSimCompartment.h"
 
 class KOV_EXPORT KOVSimOCompartment : public KOVSimCompartment {
-public:
+  public:
     using KOVSimCompartment::KOVSimCompartment;
 };

@@ -1,8 +1,10 @@
-// KOVSimPosition: a plain value handle on one object of a document, from which schema links are followed.
+// KOVSimPosition: a plain value handle on one object of a document, from which schema links are
+// followed.
 //
-// It holds the object's identity and nothing that needs a destructor. Reading through a null position is no error: it gives
-// null positions, empty containers and null identities; writing through one throws KOVSimException. Everything that writes
-// needs an open KOVSimTransaction on the document. `member` and `type` are schema indices (KOVSimSchema.h).
+// It holds the object's identity and nothing that needs a destructor. Reading through a null
+// position is no error: it gives null positions, empty containers and null identities; writing
+// through one throws KOVSimException. Everything that writes needs an open KOVSimTransaction on the
+// document. `member` and `type` are schema indices (KOVSimSchema.h).
 #pragma once
 
 #include "KOVBasVector.h"
@@ -24,7 +26,7 @@ class KOVSimGrid;
 class KOVSimRangeType;
 
 class KOV_EXPORT KOVSimPosition {
-public:
+  public:
     /// The null position.
     KOVSimPosition() = default;
     /// The position on the object that `id` names; a typed identity converts.
@@ -39,12 +41,15 @@ public:
     KOVSimContext Context() const;
     /// The root object of the document.
     KOVSimPosition Focus() const;
-    /// True if the object's type is `type` or derives from it. Of a member that was made a record, the record's type counts.
+    /// True if the object's type is `type` or derives from it. Of a member that was made a record,
+    /// the record's type counts.
     bool IsA(int type) const;
-    /// The type index of the object's exact type; -1 for a null position or an object of no particular type.
+    /// The type index of the object's exact type; -1 for a null position or an object of no
+    /// particular type.
     int TypePosition() const;
 
-    /// With -1 the object's own name; with a schema member its key in the map `member` that holds it. Empty if there is none.
+    /// With -1 the object's own name; with a schema member its key in the map `member` that holds
+    /// it. Empty if there is none.
     KOVString Name(int member) const;
     /// Gives the object its own name, which `Name(-1)` gives back.
     void SetName(KOVString const& name) const;
@@ -55,14 +60,17 @@ public:
     void SetPosition(int member, KOVSimPosition const& target) const;
     /// The target of the association that `Associate` made under the same pair; null if none.
     KOVSimPosition Follow(int type, int member) const;
-    /// Attaches an association under (type, member), replacing one that exists; a null `target` takes it away.
+    /// Attaches an association under (type, member), replacing one that exists; a null `target`
+    /// takes it away.
     void Associate(int type, int member, KOVSimPosition const& target) const;
 
-    /// The object that holds this one under `member`, the first of them if several do; null if none does.
+    /// The object that holds this one under `member`, the first of them if several do; null if none
+    /// does.
     KOVSimPosition Parent(int member) const;
     /// All objects that link here through `member`, one entry for each link; empty if none.
     KOVSimSet ReferrersSet(int member) const;
-    /// The key under which this object is held in the map `member` of its referrer; empty if it is in none.
+    /// The key under which this object is held in the map `member` of its referrer; empty if it is
+    /// in none.
     KOVString GetReferenceKey(int member) const;
     /// The schema members that are set on this object, ascending. Associations are not among them.
     KOVBasVector<int> Members() const;
@@ -72,7 +80,8 @@ public:
     KOVSimSet GetSet(int member) const;
     KOVSimMap GetMap(int member) const;
 
-    /// The record at this position; the two are synonyms. Members and other objects carry record fields too.
+    /// The record at this position; the two are synonyms. Members and other objects carry record
+    /// fields too.
     KOVSimDataRecord GetDataRecord() const;
     KOVSimDataRecord DataRecord() const;
 
@@ -87,16 +96,17 @@ public:
     KOVSimCSet CSet() const;
     KOVSimDSet DSet() const;
 
-    /// The number of the symbol that this member stands for, in its symbol collection; -1 if it is no symbol.
+    /// The number of the symbol that this member stands for, in its symbol collection; -1 if it is
+    /// no symbol.
     int GetSymbolPosition() const;
     /// The symbol's name, such as "C_1"; empty if it is no symbol.
     KOVString GetSymbolName() const;
-    /// On a collection: appends a member that stands for the symbol number `symbol` of that name, as a record of `type`,
-    /// and gives its position.
+    /// On a collection: appends a member that stands for the symbol number `symbol` of that name,
+    /// as a record of `type`, and gives its position.
     KOVSimPosition AddSymbol(KOVString const& name, int symbol, int type) const;
 
-    /// On a collection: makes member `index` a record of `type` and gives its position (the identity stays that of the
-    /// member). Throws if `index` lies outside the collection.
+    /// On a collection: makes member `index` a record of `type` and gives its position (the
+    /// identity stays that of the member). Throws if `index` lies outside the collection.
     KOVSimPosition CreateMember(int index, int type) const;
     /// On a collection: raises `Space()` by one and makes the new member a record of `type`.
     KOVSimPosition AppendMember(int type) const;
@@ -108,11 +118,14 @@ public:
     /// A new dataset of `type` with the content of `ctation`.
     KOVSimDSetID CreateTypedDSet(KOVSimCtation const& ctation, int type) const;
     /// A new distribution of `type` over `grid`, without drawers.
-    KOVSimDistributionID CreateTypedDistribution(KOVSimGrid const& grid, int type, KOVSimRangeType const& range) const;
-    /// A new function table. `data`: `count` doubles, row by row, `rows` times the number of column labels; copied.
+    KOVSimDistributionID CreateTypedDistribution(KOVSimGrid const& grid, int type,
+                                                 KOVSimRangeType const& range) const;
+    /// A new function table. `data`: `count` doubles, row by row, `rows` times the number of column
+    /// labels; copied.
     KOVSimFTableID CreateFTable(int type, int rows, KOVBasVector<KOVString> const& labels,
-                                KOVBasVector<KOVString> const& columnLabels, double const* data, int count) const;
+                                KOVBasVector<KOVString> const& columnLabels, double const* data,
+                                int count) const;
 
-private:
+  private:
     KOVSimDynamicID m_id;
 };

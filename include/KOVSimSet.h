@@ -1,5 +1,6 @@
-// KOVSimSet: a view of unordered links, either those under one member of an object (writable) or the referrers of an object
-// (read only). Two views of one member see the same content. An iterator walks the links as they stood at `Begin()`.
+// KOVSimSet: a view of unordered links, either those under one member of an object (writable) or
+// the referrers of an object (read only). Two views of one member see the same content. An iterator
+// walks the links as they stood at `Begin()`.
 #pragma once
 
 #include <memory>
@@ -9,9 +10,10 @@
 #include "KOVSimPosition.h"
 
 class KOV_EXPORT KOVSimSetiterator {
-public:
+  public:
     KOVSimSetiterator() = default;
-    explicit KOVSimSetiterator(std::shared_ptr<std::vector<KOVSimPosition> const> links) : m_links(std::move(links)) {}
+    explicit KOVSimSetiterator(std::shared_ptr<std::vector<KOVSimPosition> const> links)
+        : m_links(std::move(links)) {}
 
     bool Done() const { return !NotDone(); }
     bool NotDone() const { return m_links != nullptr && m_at < m_links->size(); }
@@ -21,13 +23,13 @@ public:
         return *this;
     }
 
-private:
+  private:
     std::shared_ptr<std::vector<KOVSimPosition> const> m_links;
     std::size_t m_at = 0;
 };
 
 class KOV_EXPORT KOVSimSet {
-public:
+  public:
     KOVSimSet() = default;
     /// The links under `member` of `owner`.
     KOVSimSet(KOVSimPosition const& owner, int member) : m_owner(owner), m_member(member) {}
@@ -37,13 +39,13 @@ public:
     KOVSimSetiterator Begin() const;
     bool Empty() const { return Size() == 0; }
     int Size() const;
-    /// Adds a link; one that is there already stays single. Throws on a null `target`, on the set of a null position and on
-    /// a set of referrers.
+    /// Adds a link; one that is there already stays single. Throws on a null `target`, on the set
+    /// of a null position and on a set of referrers.
     void Insert(KOVSimPosition const& target) const;
     /// Takes the link to `target` away; nothing happens if there is none.
     void Remove(KOVSimPosition const& target) const;
 
-private:
+  private:
     KOVSimPosition m_owner;
     int m_member = -1;
     bool m_referrers = false;

@@ -1,13 +1,16 @@
-// KOVSimTransfer: one bulk read, write or making of a drawer, through a buffer of the caller's. A working object on the
-// stack, used once:
+// KOVSimTransfer: one bulk read, write or making of a drawer, through a buffer of the caller's. A
+// working object on the stack, used once:
 //
-//     built -> direction and mode set -> view set -> CheckView -> buffer set -> executed -> relinquished
+//     built -> direction and mode set -> view set -> CheckView -> buffer set -> executed ->
+//     relinquished
 //
-// Buffer layout: dimension 0 runs slowest. With n1 members in the view's dimension 1, entry (i, j) lies at i * n1 + j, where i
-// and j are locations in the two sets of the view, in their order; a transfer thus permutes when it is given an ordered set.
-// An entry of a read view that no drawer holds keeps what the caller put there; an entry that a drawer holds but that was
-// never written reads as zero. Where drawers overlap, the one made last serves the entry. Making and writing need an open
-// transaction. Whatever is refused throws KOVSimException with the dimension and the members in question.
+// Buffer layout: dimension 0 runs slowest. With n1 members in the view's dimension 1, entry (i, j)
+// lies at i * n1 + j, where i and j are locations in the two sets of the view, in their order; a
+// transfer thus permutes when it is given an ordered set. An entry of a read view that no drawer
+// holds keeps what the caller put there; an entry that a drawer holds but that was never written
+// reads as zero. Where drawers overlap, the one made last serves the entry. Making and writing need
+// an open transaction. Whatever is refused throws KOVSimException with the dimension and the
+// members in question.
 #pragma once
 
 #include <memory>
@@ -19,7 +22,7 @@
 #include "KOVSimTypedIDs.h"
 
 class KOV_EXPORT KOVSimTransfer {
-public:
+  public:
     explicit KOVSimTransfer(KOVSimDistribution distribution);
     ~KOVSimTransfer();
     KOVSimTransfer(KOVSimTransfer const&) = delete;
@@ -35,22 +38,28 @@ public:
     /// The view: which members of dimension `dim`.
     KOVSimTransfer& SetDim(int dim, KOVSimCSet const& members);
     KOVSimTransfer& SetDim(int dim, KOVSimCSetID const& members);
-    /// New members by which a write extends the drawer's extendable dimension; stands for `SetDim` on that dimension.
+    /// New members by which a write extends the drawer's extendable dimension; stands for `SetDim`
+    /// on that dimension.
     KOVSimTransfer& SetDimExtension(KOVSimCSetID const& members);
-    /// The write may name members that the drawer does not have yet in its extendable dimension: it grows to hold them.
+    /// The write may name members that the drawer does not have yet in its extendable dimension: it
+    /// grows to hold them.
     KOVSimTransfer& SetAutoExtend();
-    /// Creates a new drawer on execution: unchunked, or chunked with one chunk size for each dimension.
+    /// Creates a new drawer on execution: unchunked, or chunked with one chunk size for each
+    /// dimension.
     KOVSimTransfer& SetMakeNewDrawer();
-    KOVSimTransfer& SetMakeNewDrawerChunked(KOVSimArray<int, KOVSimArrayBuiltinPolicy<int>> const& chunks);
+    KOVSimTransfer& SetMakeNewDrawerChunked(
+        KOVSimArray<int, KOVSimArrayBuiltinPolicy<int>> const& chunks);
     /// The dimension in which a new chunked drawer may grow.
     KOVSimTransfer& SetExtendableDim(int dim);
-    /// The entry type of the buffer. Integers are read into a buffer of doubles (key 4) on request; any other difference
-    /// from the distribution's own type is refused.
+    /// The entry type of the buffer. Integers are read into a buffer of doubles (key 4) on request;
+    /// any other difference from the distribution's own type is refused.
     KOVSimTransfer& SetBufferType(KOVSimTypeKey key);
 
-    /// Checks what was set; call it after the last setter and before the buffer. Throws if the view is refused.
+    /// Checks what was set; call it after the last setter and before the buffer. Throws if the view
+    /// is refused.
     KOVSimTransfer& CheckView();
-    /// The bytes that the view takes: the product of the sizes of its sets and of the entry size. `buffer` is always 0.
+    /// The bytes that the view takes: the product of the sizes of its sets and of the entry size.
+    /// `buffer` is always 0.
     int RequiredBufferSize(int buffer) const;
     /// The caller's buffer of exactly that many bytes; it stays the caller's. `buffer` is always 0.
     KOVSimTransfer& SetBuffer(int buffer, void* data, unsigned long bytes);
@@ -66,6 +75,6 @@ public:
 
     struct Plan;
 
-private:
+  private:
     std::unique_ptr<Plan> m_plan;
 };

@@ -80,7 +80,8 @@ CREATE TABLE drawers(
     set0 INTEGER NOT NULL,           -- numbers of the drawer's own sets
     set1 INTEGER,
     row_bytes INTEGER NOT NULL,      -- bytes of one row: entries of one member of the row dimension (growing, or 0)
-    rows INTEGER NOT NULL            -- rows stored, see extents
+    rows INTEGER NOT NULL,           -- rows stored, see extents
+    unwritten BLOB NOT NULL          -- of a growing drawer: encoded index set of its members without a row; empty: none
 );
 CREATE INDEX drawers_of ON drawers(distribution, number);
 CREATE TABLE extents(                -- which members the rows of a drawer belong to, in order of arrival
