@@ -125,7 +125,7 @@ class IndexSet : public std::enable_shared_from_this<IndexSet> {
     /// debug builds.
     void CheckInvariants() const;
 
-    explicit IndexSet(Private) {}
+    explicit IndexSet(Private);
     ~IndexSet();
     IndexSet(IndexSet const&) = delete;
     IndexSet& operator=(IndexSet const&) = delete;
@@ -133,8 +133,7 @@ class IndexSet : public std::enable_shared_from_this<IndexSet> {
  private:
     friend class SetAccess;
 
-    // What is computed on demand. `Derived` belongs to ordered sets, `ranks` to bitmaps.
-    struct Derived;
+    using IntTable = std::vector<int>;
 
     Form form_ = Form::Progression;
     int size_ = 0;
@@ -145,12 +144,17 @@ class IndexSet : public std::enable_shared_from_this<IndexSet> {
     std::vector<int> list_;          // List, Ordered
     std::vector<Stretch> stretches_; // Runs, with its sentinel
     std::unique_ptr<Bits> bits_;     // Bitmap
-    mutable std::atomic<Derived const*> derived_{nullptr};
+    // Made on demand. The table has, for a Bitmap, what Bits::Ranks gives; for an Ordered set the
+    // first location of each member, by its place in the ascending form.
+    mutable std::atomic<IndexSetPtr const*> ascending_{nullptr};
+    mutable std::atomic<IntTable const*> table_{nullptr};
 
-    Derived const& GetDerived() const;
+    IndexSet const& AscendingForm() const;
+    IntTable const& Table() const;
     bool VisitStoredRuns(RunSink sink, void* context) const;
     size_t StretchOf(int member) const;
     size_t StretchAt(int location) const;
+    void CopyStretches(int firstLocation, int count, int* out) const;
 };
 
 /// @name Algebra
