@@ -12,7 +12,9 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
+#include <string>
 
 #include "document/bulk/Extents.h"
 #include "document/bulk/RowBlocks.h"
