@@ -14,8 +14,8 @@ class KOV_EXPORT KOVSimCollection {
     explicit KOVSimCollection(KOVSimCollectionID const& id);
 
     KOVSimCollectionID ID() const { return m_id; }
-    /// False for a facade without a share, or whose database has gone.
-    bool IsPresent() const { return !m_share.expired(); }
+    /// False for a facade without a share, or whose database has gone or was closed.
+    bool IsPresent() const;
     /// The count of members.
     int Space() const;
     /// Raises the count of members to `n`; in a transaction. A count below the present one is

@@ -15,6 +15,9 @@ class KOV_EXPORT KOVSimCompartment {
     explicit KOVSimCompartment(
         KOVSimArray<KOVSimCSetID, KOVSimArrayCopyClassPolicy<KOVSimCSetID>> const& sets);
 
+    /// One set for each domain, registered or volatile.
+    explicit KOVSimCompartment(KOVBasVector<KOVSimCSet> const& sets) : m_sets(sets) {}
+
     int Size() const { return static_cast<int>(m_sets.Size()); }
     /// The set of dimension `i`. Throws outside 0 to `Size()` - 1.
     KOVSimCSet const& CSet(int i) const;

@@ -1,0 +1,118 @@
+#include "document/sets/DSetContent.h"
+
+#include "KOVSimException.h"
+#include "document/records/Identity.h"
+#include "document/store/Catalogue.h"
+#include "document/store/Context.h"
+
+namespace kov::sets {
+
+using store::Statement;
+
+namespace {
+
+constexpr std::size_t StoredSetBytes = 12;
+
+std::int32_t Word(std::string_view bytes, std::size_t at) {
+    std::uint32_t word = 0;
+    for (std::size_t i = 4; i-- > 0;) word = word << 8 | static_cast<unsigned char>(bytes[at + i]);
+    return static_cast<std::int32_t>(word);
+}
+
+KOVSimCompartment Decoded(KOVSimDSetID const& id, std::string_view bytes) {
+    if (bytes.size() % StoredSetBytes != 0)
+        records::Refuse({"read the compartments"}, id, "they are damaged");
+    KOVBasVector<KOVSimCSet> sets;
+    for (std::size_t at = 0; at < bytes.size(); at += StoredSetBytes) {
+        KOVSimDynamicDataID data;
+        data.parent = Word(bytes, at);
+        data.minor = Word(bytes, at + 4);
+        sets.PushBack(KOVSimCSet(KOVSimCSetID(
+            KOVSimDynamicID(KOVSimCategoryCSet, id.ContextID(), data, Word(bytes, at + 8), 0))));
+    }
+    return KOVSimCompartment(sets);
+}
+
+KOVSimCtation StoredCompartments(store::Context& context, KOVSimDSetID const& id) {
+    // Making sets of a compartment reads the catalogue too: the rows are fetched first.
+    std::vector<std::string> rows;
+    Statement select(context.Cat(), "SELECT sets FROM compartments WHERE dataset=? ORDER BY place");
+    select.Bind(id.Minor());
+    while (select.Step()) rows.emplace_back(select.Blob(0));
+    KOVSimCtation::Array compartments(static_cast<int>(rows.size()));
+    for (std::size_t i = 0; i < rows.size(); ++i)
+        compartments.Get(static_cast<int>(i)) = Decoded(id, rows[i]);
+    return KOVSimCtation(compartments);
+}
+
+KOVSimCtation DrawerCompartments(KOVSimDistribution const& relation) {
+    KOVSimArray<KOVSimPersistentDrawerDesc, KOVSimArrayClassPolicy<KOVSimPersistentDrawerDesc>>
+        drawers;
+    relation.QueryDrawers(drawers);
+    KOVSimCtation::Array compartments(drawers.Size());
+    for (int i = 0; i < drawers.Size(); ++i) compartments.Get(i) = drawers.ConstGet(i).compartment;
+    return KOVSimCtation(compartments);
+}
+
+}  // namespace
+
+KOVSimIDMinor RelationOf(KOVSimDSetID const& id) {
+    store::Context& context = *records::ToRead(id);
+    Statement select(context.Cat(), "SELECT distribution FROM datasets WHERE number=?");
+    select.Bind(id.Minor());
+    if (!select.Step()) records::Refuse({"read the content"}, id, "there is no such dataset");
+    return select.IsNull(0) ? 0 : static_cast<KOVSimIDMinor>(select.Int(0));
+}
+
+std::shared_ptr<KOVSimDSet::Content const> LoadContent(KOVSimDSetID const& id) {
+    auto content = std::make_shared<KOVSimDSet::Content>();
+    store::Context& context = *records::ToRead(id);
+    if (KOVSimIDMinor const number = RelationOf(id)) {
+        KOVSimDynamicDataID data;
+        data.parent = 0;
+        data.minor = number;
+        KOVSimTypeID const type = records::TypeOfNumber(context, number);
+        content->relation.emplace(KOVSimDistributionID(
+            KOVSimDynamicID(KOVSimCategoryDistribution, id.ContextID(), data, type, 0)));
+    }
+    content->SetStored(id);
+    return content;
+}
+
+KOVSimCtation SelectCompartments(KOVSimCtation const& ctation, KOVSimCSet const& set) {
+    std::vector<KOVSimCompartment> selected;
+    for (KOVSimCompartment const& compartment : ctation.Compartments()) {
+        // Where a collection stands in several domains, what an earlier domain has selected is left
+        // out of the later ones, so that no tuple is held twice.
+        KOVBasVector<KOVSimCSet> sets;
+        for (int i = 0; i < compartment.Size(); ++i) sets.PushBack(compartment.CSet(i));
+        for (int i = 0; i < sets.Size(); ++i) {
+            if (sets[i].CollectionID() != set.CollectionID()) continue;
+            KOVSimCSet const whole = sets[i];
+            sets[i] = whole.Intersection(set);
+            if (sets[i].SameMembers(whole)) sets[i] = whole;
+            if (!sets[i].IsEmpty()) selected.emplace_back(sets);
+            sets[i] = whole - set;
+            if (sets[i].IsEmpty()) break;
+        }
+    }
+    KOVSimCtation::Array compartments(static_cast<int>(selected.size()));
+    for (std::size_t i = 0; i < selected.size(); ++i)
+        compartments.Get(static_cast<int>(i)) = selected[i];
+    return KOVSimCtation(compartments);
+}
+
+}  // namespace kov::sets
+
+KOVSimCtation const& KOVSimDSet::Content::Ctation() const {
+    if (!m_ctation) {
+        if (relation) {
+            m_ctation = kov::sets::DrawerCompartments(*relation);
+        } else if (kov::store::Context* const context = kov::records::ToRead(m_stored)) {
+            m_ctation = kov::sets::StoredCompartments(*context, m_stored);
+        } else {
+            m_ctation.emplace();
+        }
+    }
+    return *m_ctation;
+}
