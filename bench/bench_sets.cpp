@@ -2,9 +2,9 @@
 //
 //   bench_sets --benchmark_filter=Algebra
 //
-// The operands have 10 million members each unless the name says otherwise: one range; runs of about
-// 100; one in ten at random, which is read both ways: 10 million members among 100 million, and
-// 1 million among 10 million.
+// The operands have 10 million members each unless the name says otherwise: one range; runs of
+// about 100; one in ten at random, which is read both ways: 10 million members among 100 million,
+// and 1 million among 10 million.
 
 #include <benchmark/benchmark.h>
 
@@ -38,7 +38,9 @@ IndexSetPtr Make(int shape, unsigned seed) {
         }
         return IndexSet::FromRuns(runs.data(), runs.size());
     }
-    int const space = shape == kOneInTenOf100M ? 100000000 : shape == kHalfOf20M ? 20000000 : 10000000;
+    int const space = shape == kOneInTenOf100M ? 100000000
+                      : shape == kHalfOf20M    ? 20000000
+                                               : 10000000;
     unsigned const one = shape == kHalfOf20M ? 2 : 10;
     std::vector<int> members;
     for (int i = 0; i < space; ++i) {

@@ -1,0 +1,76 @@
+// Named sets of 100 nodes each: written in one transaction, and the first one read after opening.
+//
+//   --sets 100000
+#include "KOVSimMap.h"
+#include "KOVSimSchema.h"
+#include "bench/support/Measure.h"
+#include "bench/support/Mesh.h"
+
+namespace {
+
+constexpr int kMembers = 100;
+
+KOVString Name(int set) { return ("SET-" + std::to_string(set)).c_str(); }
+
+void Write(std::string const& path, int count) {
+    KOVObjDocument const document = KOVObjDocument::Create(path.c_str());
+    bench::Mesh mesh(document);
+    {
+        KOVSimTransaction transaction(document.ContextID());
+        mesh.Extend(1'000'000, 0);
+        transaction.Commit();
+    }
+    double seconds = 0;
+    double const mb = bench::PeakMB([&] {
+        seconds = bench::Seconds([&] {
+            KOVSimTransaction transaction(document.ContextID());
+            KOVSimMap const sets = document.GetModel().GetMap(schema::Model_nodeSets());
+            int members[kMembers];
+            for (int i = 0; i < count; ++i) {
+                for (int m = 0; m < kMembers; ++m) members[m] = i % 9000 + 100 * m + i / 9000;
+                sets.Insert(Name(i), mesh.nodes.CreateCSet(members, kMembers, false));
+            }
+            transaction.Commit();
+        });
+    });
+    bench::Report("sets." + std::to_string(count) + ".write", "ours", seconds / count, mb);
+    document.Close();
+}
+
+void ReadFirst(std::string const& path, int count) {
+    std::vector<double> times;
+    for (int run = 0; run < 21; ++run) {
+        int members[kMembers];
+        int size = 0;
+        KOVObjDocument document;
+        times.push_back(bench::Seconds([&] {
+            document = KOVObjDocument::Open(path.c_str(), KOVObjDocument::ReadOnly);
+            KOVSimCSet const set =
+                document.GetModel().GetMap(schema::Model_nodeSets()).Find(Name(count / 2)).CSet();
+            size = set.Size();
+            if (size == kMembers) set.Members(members);
+        }));
+        if (size != kMembers || members[0] != count / 2 % 9000 + count / 2 / 9000) {
+            throw std::runtime_error("named sets: wrong members");
+        }
+        document.Close();
+    }
+    bench::Report("sets." + std::to_string(count) + ".first", "ours", bench::Median(times));
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    bench::Options const options(argc, argv);
+    int const count = options.Int("sets", 100'000);
+    std::string const path = bench::FreshPath(options, "sets.ksd");
+    try {
+        Write(path, count);
+        ReadFirst(path, count);
+    } catch (std::exception const& error) {
+        std::fprintf(stderr, "%s\n", error.what());
+        return 1;
+    }
+    std::filesystem::remove_all(path);
+    return 0;
+}
