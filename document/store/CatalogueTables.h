@@ -1,8 +1,9 @@
-// The tables of a catalogue, as SQL: the document format's single source. docs/format.md describes them. A change of any
-// table is a new format version.
+// The tables of a catalogue, as SQL: the document format's single source. docs/format.md describes
+// them. A change of any table is a new format version.
 //
-// Numbers: objects, sets and drawers share one counter, so a number names one thing of a document for ever; it is kept in
-// `meta` and never handed out twice. References are 64-bit integers, see Reference.h.
+// Numbers: objects, sets and drawers share one counter, so a number names one thing of a document
+// for ever; it is kept in `meta` and never handed out twice. References are 64-bit integers, see
+// Reference.h.
 #pragma once
 
 namespace kov::store {

@@ -1,5 +1,6 @@
-// Context: one open document: its catalogue, its segments, its transaction, and what the rooms above keep for it. Handles
-// hold it by shared pointer; identities name it by KOVSimContextID, which goes stale when it closes.
+// Context: one open document: its catalogue, its segments, its transaction, and what the rooms
+// above keep for it. Handles hold it by shared pointer; identities name it by KOVSimContextID,
+// which goes stale when it closes.
 //
 // Invariants (CheckInvariants):
 //  1. A context is open, or closed for good; a closed one has no catalogue and no segments.
@@ -12,8 +13,7 @@
 #include <functional>
 #include <memory>
 #include <string>
-#include <typeindex>
-#include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "KOVSimDynamicID.h"
@@ -22,13 +22,15 @@ namespace kov::store {
 
 class Catalogue;
 class BlockStore;
-class WriterLock;
+struct SegmentLength;
 
 /// What a room above keeps for a context: caches, and work that is gathered until the commit.
 class ContextPart {
-public:
+  public:
     virtual ~ContextPart() = default;
-    /// Writes what was gathered; runs inside the transaction, before segments are synced and the catalogue commits.
+    /// Writes what was gathered; runs inside the transaction, before segments are synced and the
+    /// catalogue commits. It is called for all parts in the order in which they were made, and then
+    /// once more, for what a later part has handed down.
     virtual void BeforeCommit() {}
     /// The transaction is gone: forget everything that may stem from it.
     virtual void AfterRollback() {}
@@ -39,17 +41,19 @@ public:
 };
 
 class Context : public std::enable_shared_from_this<Context> {
-public:
+  public:
     enum class Access { ReadOnly, ReadWrite };
 
-    /// A new document at `path`, made under a temporary name, filled by `fill` inside its first transaction, synced, and
-    /// renamed without replacing. Throws if `path` exists.
-    static std::shared_ptr<Context> Create(std::string const& path, std::function<void(Context&)> const& fill);
+    /// A new document at `path`, made under a temporary name, filled by `fill` inside its first
+    /// transaction, synced, and renamed without replacing. Throws if `path` exists.
+    static std::shared_ptr<Context> Create(std::string const& path,
+                                           std::function<void(Context&)> const& fill);
     static std::shared_ptr<Context> CreateInMemory(std::function<void(Context&)> const& fill);
     static std::shared_ptr<Context> Open(std::string const& path, Access access);
     ~Context();
 
-    /// The open context of that name. Throws KOVSimException for a null, closed or forked one, and says which.
+    /// The open context of that name. Throws KOVSimException for a null, closed or forked one, and
+    /// says which.
     static Context& Of(KOVSimContextID id);
     /// The same, or null where `Of` would throw.
     static Context* Find(KOVSimContextID id);
@@ -84,34 +88,66 @@ public:
     /// The part of type T, made on first use by T(Context&).
     template <class T>
     T& Part() {
-        auto& slot = m_parts[std::type_index(typeid(T))];
-        if (!slot) slot = std::make_unique<T>(*this);
-        return static_cast<T&>(*slot);
+        std::size_t const number = PartNumber<T>;
+        if (number < m_parts.size() && m_parts[number]) [[likely]]
+            return static_cast<T&>(*m_parts[number]);
+        auto part = std::make_unique<T>(*this);
+        T& made = *part;
+        AddPart(number, std::move(part));
+        return made;
     }
 
-    /// Every checksum and invariant of the store; parts that exist add theirs. Calls `finding` for each fault.
+    /// Every checksum and invariant of the store; parts that exist add theirs. Calls `finding` for
+    /// each fault.
     void Verify(std::function<void(std::string const&)> const& finding);
-    /// Copies the committed document to a new path, with each drawer's rows in fresh blocks. `path` must not exist.
+    /// Copies the committed document to a new path, with each drawer's rows in fresh blocks. `path`
+    /// must not exist.
     void WriteCompacted(std::string const& path);
     void CheckInvariants() const;
 
-private:
+  private:
     Context();
 
     struct Opened;  // what makes it: lock, catalogue, segments
 
+    static std::size_t NextPartNumber();
+    template <class T>
+    static inline std::size_t const PartNumber = NextPartNumber();
+    void AddPart(std::size_t number, std::unique_ptr<ContextPart> part);
+
+    void RequireUsable() const;
+    std::string Name() const;
+    void Build(std::string const& folder, std::function<void(Context&)> const& fill);
+    void MakeTables();
+    void FillFirst(std::function<void(Context&)> const& fill);
+    void MoveInto(std::string const& folder);
+    void OpenExisting(Access access);
+    void OpenForWriting();
+    void OpenForReading();
+    void ReadMeta();
+    void OpenSegments();
+    void SaveState(std::vector<SegmentLength> const& lengths);
+    void Drop() noexcept;
+    void Abandon() noexcept;
+
     KOVSimContextID m_id;
     std::string m_path;
     Access m_access = Access::ReadWrite;
+    unsigned m_forks = 0;
     bool m_closed = false;
     bool m_inTransaction = false;
     bool m_failed = false;
+    Catalogue* m_catalogue = nullptr;  // null where it cannot be used
     std::unique_ptr<Opened> m_opened;
-    std::unordered_map<std::type_index, std::unique_ptr<ContextPart>> m_parts;
+    std::vector<std::unique_ptr<ContextPart>> m_parts;  // by part number
+    std::vector<ContextPart*> m_partsInOrder;
     KOVSimIDMinor m_nextNumber = 1;
     KOVSimIDMinor m_nextTemporary = -2;
     KOVSimIDMinor m_focus = 0;
-    std::vector<std::pair<KOVSimIDMinor, KOVSimIDMinor>> m_dropped;  // half-open ranges of numbers, ascending
+    KOVSimIDMinor m_focusBefore = 0;  // the transaction
+    std::int64_t m_commits = 0;
+    std::vector<std::pair<KOVSimIDMinor, KOVSimIDMinor>>
+        m_dropped;  // half-open ranges of numbers, ascending
     KOVSimIDMinor m_transactionStart = 0;
 };
 

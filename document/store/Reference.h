@@ -1,6 +1,7 @@
-// References: how links and fields name an object in one 64-bit integer: (parent << 35) | (minor << 3) | category code, where
-// `minor` is taken as 32 unsigned bits. Codes: 0 member, 1 record, 2 distribution, 3 dataset, 4 collection, 5 set, 6 drawer,
-// 7 function table. Persisted; do not change. Objects without owner thus have small references, which SQLite stores short.
+// References: how links and fields name an object in one 64-bit integer: (parent << 35) | (minor <<
+// 3) | category code, where `minor` is taken as 32 unsigned bits. Codes: 0 member, 1 record, 2
+// distribution, 3 dataset, 4 collection, 5 set, 6 drawer, 7 function table. Persisted; do not
+// change. Objects without owner thus have small references, which SQLite stores short.
 #pragma once
 
 #include <cstdint>
@@ -17,7 +18,8 @@ inline std::int64_t ToReference(KOVSimDynamicID const& id) {
            (static_cast<std::int64_t>(static_cast<std::uint32_t>(id.data.minor)) << 3) | code;
 }
 
-inline KOVSimDynamicID FromReference(std::int64_t reference, KOVSimContextID context, KOVSimTypeID type) {
+inline KOVSimDynamicID FromReference(std::int64_t reference, KOVSimContextID context,
+                                     KOVSimTypeID type) {
     int const code = static_cast<int>(reference & 7);
     KOVSimDynamicDataID data;
     data.parent = static_cast<KOVSimIDMinor>(reference >> 35);
