@@ -2,6 +2,7 @@
 
 #include "document/records/CollectionSpaces.h"
 #include "document/records/Identity.h"
+#include "document/schema/SchemaTable.h"
 #include "document/store/Catalogue.h"
 #include "document/store/Context.h"
 
@@ -32,6 +33,35 @@ KOVSimDynamicID MemberIdentity(KOVSimDynamicID const& collection, int index) {
     data.parent = collection.data.minor;
     data.minor = index;
     return {KOVSimCategoryMember, collection.context, data, collection.type, 0};
+}
+
+KOVSimDynamicID FindSymbol(store::Context& context, KOVSimDynamicID const& collection, int type,
+                           std::string_view name) {
+    store::Statement select(
+        context.Cat(),
+        "SELECT member,type FROM members WHERE collection=? AND name=? AND symbol IS NOT NULL "
+        "ORDER BY member");
+    select.Bind(collection.data.minor).BindText(name);
+    while (select.Step()) {
+        if (type < 0 || schema::DerivesFrom(static_cast<int>(select.Int(1)), type)) {
+            return MemberIdentity(collection, static_cast<int>(select.Int(0)));
+        }
+    }
+    return {};
+}
+
+int FreeMember(store::Context& context, KOVSimDynamicID const& collection) {
+    int const space = context.Part<CollectionSpaces>().Space(collection.data.minor);
+    store::Statement last(context.Cat(), "SELECT max(member) FROM members WHERE collection=?");
+    last.Bind(collection.data.minor);
+    if (!last.Step() || last.IsNull(0)) return space > 0 ? 0 : -1;
+    if (last.Int(0) + 1 < space) return static_cast<int>(last.Int(0)) + 1;
+    store::Statement all(context.Cat(),
+                         "SELECT member FROM members WHERE collection=? ORDER BY member");
+    all.Bind(collection.data.minor);
+    int expected = 0;
+    while (all.Step() && all.Int(0) == expected) ++expected;
+    return expected < space ? expected : -1;
 }
 
 }  // namespace kov::records

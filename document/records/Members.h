@@ -4,6 +4,7 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "KOVSimDynamicID.h"
 
@@ -28,5 +29,14 @@ std::optional<MemberRow> FindMember(store::Context& context, KOVSimDynamicID con
 void RequireMemberRow(store::Context& context, KOVSimDynamicID const& member, Asked const& asked);
 /// The identity of a member of a collection.
 KOVSimDynamicID MemberIdentity(KOVSimDynamicID const& collection, int index);
+
+/// The first member of a collection that is a symbol of that name, and of `type` unless that is -1;
+/// null if there is none.
+KOVSimDynamicID FindSymbol(store::Context& context, KOVSimDynamicID const& collection, int type,
+                           std::string_view name);
+
+/// The first member of a collection behind all those that are records or symbols, or else the first
+/// gap among these; -1 if every member is one.
+int FreeMember(store::Context& context, KOVSimDynamicID const& collection);
 
 }  // namespace kov::records

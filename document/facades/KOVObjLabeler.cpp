@@ -1,0 +1,263 @@
+// Labels of one instance are a record under its name in a map of the focus, and a distribution of
+// one dimension over the nodes or elements: one drawer that holds the label of each ordinal of the
+// instance. The drawer's own set thus tells which ordinals belong to the instance, and one entry is
+// read for one label.
+#include "KOVObjLabeler.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <numeric>
+#include <string>
+#include <vector>
+
+#include "KOVObjDocument.h"
+#include "KOVObjMesh.h"
+#include "KOVSimCollection.h"
+#include "KOVSimDistribution.h"
+#include "KOVSimMap.h"
+#include "KOVSimSchema.h"
+#include "KOVSimTransaction.h"
+#include "KOVSimTransfer.h"
+#include "document/facades/LabelCheck.h"
+#include "document/records/Identity.h"
+
+using namespace kov;
+using records::Asked;
+
+namespace {
+
+constexpr int Block = 1 << 20;  // labels in one transfer
+
+int MapMember(KOVObjLabelerType type) {
+    return type == KOVObjLabelerNodes ? ::schema::Focus_nodeLabels()
+                                      : ::schema::Focus_elementLabels();
+}
+
+/// The nodes or elements of the document's mesh.
+KOVSimPosition LabelledCollection(KOVSimPosition const& focus, KOVObjLabelerType type) {
+    KOVObjMesh const mesh(
+        focus.GetPosition(::schema::Focus_model()).GetPosition(::schema::Model_mesh()));
+    return type == KOVObjLabelerNodes ? mesh.GetNodeCollection() : mesh.GetElementCollection();
+}
+
+/// The places of `ordinals` in ascending order of these. Throws on one that stands twice.
+std::vector<int> AscendingPlaces(KOVBasVector<int> const& ordinals, Asked const& asked) {
+    std::vector<int> places(static_cast<std::size_t>(ordinals.Size()));
+    std::iota(places.begin(), places.end(), 0);
+    std::sort(places.begin(), places.end(),
+              [&](int a, int b) { return ordinals[a] < ordinals[b]; });
+    auto const twice = std::adjacent_find(places.begin(), places.end(),
+                                          [&](int a, int b) { return ordinals[a] == ordinals[b]; });
+    if (twice != places.end()) {
+        records::Refuse(asked, "ordinal " + std::to_string(ordinals[*twice]) + " is given twice");
+    }
+    return places;
+}
+
+void ReadLabels(KOVSimDistribution const& distribution, KOVSimDrawerID const& drawer,
+                KOVSimCSet const& ordinals, int* labels) {
+    KOVSimTransfer transfer(distribution);
+    transfer.SetRead().SetBufferPadding(false).SetDrawer(drawer).SetDim(0, ordinals).CheckView();
+    transfer.SetBuffer(0, labels, sizeof(int) * static_cast<unsigned long>(ordinals.Size()));
+    transfer.ExecRead().RelinquishBuffers();
+}
+
+/// Writes labels to a drawer that grows with them; the first block makes it.
+class LabelWriter {
+  public:
+    LabelWriter(KOVSimDistribution const& distribution, KOVSimCollection const& collection)
+        : m_distribution(distribution), m_collection(collection) {}
+
+    void Write(int const* ordinals, int const* labels, int n) {
+        KOVSimTransfer transfer(m_distribution);
+        transfer.SetWrite().SetBufferPadding(false);
+        if (m_drawer.IsNull()) {
+            KOVSimArray<int, KOVSimArrayBuiltinPolicy<int>> chunks(1);
+            chunks.Get(0) = Block;
+            transfer.SetMakeNewDrawerChunked(chunks).SetExtendableDim(0);
+        } else {
+            transfer.SetAutoExtend().SetDrawer(m_drawer);
+        }
+        transfer.SetDim(0, m_collection.CreateVolatileCSet(ordinals, n, false)).CheckView();
+        transfer.SetBuffer(0, static_cast<void const*>(labels),
+                           sizeof(int) * static_cast<unsigned long>(n));
+        transfer.ExecWrite().RelinquishBuffers();
+        m_drawer = transfer.DrawerID();
+    }
+
+  private:
+    KOVSimDistribution m_distribution;
+    KOVSimCollection m_collection;
+    KOVSimDrawerID m_drawer;
+};
+
+}  // namespace
+
+struct KOVObjLabeler::Instances {
+    struct Instance {
+        KOVString name;
+        KOVSimDistribution distribution;
+        KOVSimDrawerID drawer;  // null for an instance without labels
+        KOVSimCSet ordinals;
+    };
+    std::vector<Instance> all;  // ascending by name
+
+    Instance const* Find(KOVString const& name) const {
+        auto const at = std::lower_bound(all.begin(), all.end(), name,
+                                         [](Instance const& instance, KOVString const& sought) {
+                                             return instance.name < sought;
+                                         });
+        return at != all.end() && at->name == name ? &*at : nullptr;
+    }
+};
+
+KOVObjLabeler::KOVObjLabeler(KOVObjDocument const& document, KOVObjLabelerType type)
+    : m_focus(document.Focus()), m_type(type) {}
+
+KOVObjLabeler::KOVObjLabeler(KOVSimPosition const& position, KOVObjLabelerType type)
+    : m_focus(position.Focus()), m_type(type) {}
+
+void KOVObjLabeler::Read() {
+    auto instances = std::make_shared<Instances>();
+    for (KOVSimMapiterator at = m_focus.GetMap(MapMember(m_type)).Begin(); at.NotDone(); ++at) {
+        Instances::Instance instance;
+        instance.name = at.Key();
+        instance.distribution = KOVSimDistribution(
+            at.Value().GetPosition(::schema::Labels_distribution()).GetDistribution());
+        KOVSimArray<KOVSimPersistentDrawerDesc, KOVSimArrayClassPolicy<KOVSimPersistentDrawerDesc>>
+            drawers;
+        if (!instance.distribution.ID().IsNull()) instance.distribution.QueryDrawers(drawers);
+        if (drawers.Size() > 0) {
+            instance.drawer = drawers.ConstGet(0).drawerID;
+            instance.ordinals = drawers.ConstGet(0).compartment.CSet(0);
+        }
+        instances->all.push_back(std::move(instance));
+    }
+    m_instances = std::move(instances);
+}
+
+KOVObjLabeler::NameArray KOVObjLabeler::Occurrences() const {
+    NameArray names;
+    if (!m_instances) return names;
+    names.SetSize(static_cast<int>(m_instances->all.size()));
+    for (int i = 0; i < names.Size(); ++i)
+        names.Get(i) = m_instances->all[static_cast<std::size_t>(i)].name;
+    return names;
+}
+
+bool KOVObjLabeler::IsInstanceValid(KOVString const& name) const {
+    return m_instances && m_instances->Find(name);
+}
+
+void KOVObjLabeler::GetInstanceLabelsAndOrdinals(KOVString const& name, KOVBasVector<int>& labels,
+                                                 KOVBasVector<int>& ordinals) const {
+    labels.Resize(0);
+    ordinals.Resize(0);
+    Instances::Instance const* const instance = m_instances ? m_instances->Find(name) : nullptr;
+    if (!instance || instance->drawer.IsNull()) return;
+    int const n = instance->ordinals.Size();
+    labels.Resize(n);
+    ordinals.Resize(n);
+    instance->ordinals.Members(ordinals.Data());
+    KOVSimCollection const collection(instance->ordinals.CollectionID());
+    for (int first = 0; first < n;) {
+        int const count = std::min(Block, n - first);
+        ReadLabels(instance->distribution, instance->drawer,
+                   collection.CreateVolatileCSet(ordinals.Data() + first, count, false),
+                   labels.Data() + first);
+        first += count;
+    }
+    if (facades::IsStrictlyAscending(labels)) return;
+    // Label and ordinal in one word: both are brought into order by a sort of plain numbers.
+    std::vector<std::uint64_t> pairs(static_cast<std::size_t>(n));
+    constexpr std::uint32_t SignFlip = 0x80000000u;
+    for (int i = 0; i < n; ++i) {
+        std::uint64_t const label = static_cast<std::uint32_t>(labels[i]) ^ SignFlip;
+        pairs[static_cast<std::size_t>(i)] = label << 32 | static_cast<std::uint32_t>(ordinals[i]);
+    }
+    std::sort(pairs.begin(), pairs.end());
+    for (int i = 0; i < n; ++i) {
+        std::uint64_t const pair = pairs[static_cast<std::size_t>(i)];
+        labels[i] = static_cast<int>(static_cast<std::uint32_t>(pair >> 32) ^ SignFlip);
+        ordinals[i] = static_cast<int>(static_cast<std::uint32_t>(pair));
+    }
+}
+
+bool KOVObjLabeler::GetOccurrenceForFlatMeshOrdinal(int ordinal, KOVString& name) const {
+    if (!m_instances) return false;
+    for (Instances::Instance const& instance : m_instances->all) {
+        if (!instance.ordinals.Contains(ordinal)) continue;
+        name = instance.name;
+        return true;
+    }
+    return false;
+}
+
+int KOVObjLabeler::GetInstanceLabel(KOVString const& name, int ordinal) const {
+    Instances::Instance const* const instance = m_instances ? m_instances->Find(name) : nullptr;
+    int label = -1;
+    if (instance && instance->ordinals.Contains(ordinal)) {
+        KOVSimCollection const collection(instance->ordinals.CollectionID());
+        ReadLabels(instance->distribution, instance->drawer,
+                   collection.CreateVolatileCSet(&ordinal, 1, false), &label);
+    }
+    return label;
+}
+
+void KOVObjLabeler::SetInstance(KOVString const& name, KOVBasVector<int> const& labels,
+                                KOVBasVector<int> const& ordinals) {
+    Asked const asked{m_type == KOVObjLabelerNodes ? "record node labels"
+                                                   : "record element labels"};
+    records::ToWrite(m_focus.ID(), asked);
+    if (labels.Size() != ordinals.Size()) {
+        records::Refuse(asked, std::to_string(labels.Size()) + " labels were given for " +
+                                   std::to_string(ordinals.Size()) + " ordinals");
+    }
+    KOVSimPosition const labelled = LabelledCollection(m_focus, m_type);
+    if (labelled.GetCollection().IsNull())
+        records::Refuse(asked, "the document has no mesh to label");
+    KOVSimCollection const collection(labelled.GetCollection());
+    for (int const ordinal : ordinals) {
+        if (ordinal >= 0 && ordinal < collection.Space()) continue;
+        records::Refuse(asked, labelled.ID(),
+                        "ordinal " + std::to_string(ordinal) + " is outside [0, " +
+                            std::to_string(collection.Space()) + ")");
+    }
+    if (auto const twice = facades::FindDuplicate(labels)) {
+        records::Refuse(asked, "label " + std::to_string(*twice) + " is given twice");
+    }
+    std::vector<int> places;
+    if (!facades::IsStrictlyAscending(ordinals)) places = AscendingPlaces(ordinals, asked);
+
+    KOVSimGrid::CollectionArray grid(1);
+    grid.Get(0) = collection.ID();
+    KOVSimDistributionID const distribution = m_focus.CreateTypedDistribution(
+        KOVSimGrid(grid), ::schema::LabelDistribution(), KOVSimRangeType(KOVSimTypeKeyInt));
+    LabelWriter writer{KOVSimDistribution(distribution), collection};
+    std::vector<int> blockOrdinals;
+    std::vector<int> blockLabels;
+    for (int first = 0; first < ordinals.Size();) {
+        int const count = std::min(Block, ordinals.Size() - first);
+        if (places.empty()) {
+            writer.Write(ordinals.Data() + first, labels.Data() + first, count);
+        } else {
+            blockOrdinals.clear();
+            blockLabels.clear();
+            for (int i = first; i < first + count; ++i) {
+                int const place = places[static_cast<std::size_t>(i)];
+                blockOrdinals.push_back(ordinals[place]);
+                blockLabels.push_back(labels[place]);
+            }
+            writer.Write(blockOrdinals.data(), blockLabels.data(), count);
+        }
+        first += count;
+    }
+
+    KOVSimMap const instances = m_focus.GetMap(MapMember(m_type));
+    KOVSimPosition record = instances.Find(name);
+    if (record.IsNull()) {
+        record = m_focus.CreateDataRecord(::schema::Labels()).Pos();
+        instances.Insert(name, record);
+    }
+    record.SetPosition(::schema::Labels_distribution(), distribution);
+}
