@@ -237,15 +237,15 @@ Bits Bits::GapsWithin(int first, int end) const {
     return Bits(roaring_bitmap_flip(slice.roaring_, U(first), U(end)));
 }
 
-Bits Bits::And(Bits const& a, Bits const& b) {
-    return Bits(roaring_bitmap_and(a.roaring_, b.roaring_));
+Bits Bits::Combined(WordOp op, Bits const& a, Bits const& b) {
+    Bits result;
+    Combine(op, a.roaring_->high_low_container, b.roaring_->high_low_container,
+            result.roaring_->high_low_container);
+    return result;
 }
-Bits Bits::Or(Bits const& a, Bits const& b) {
-    return Bits(roaring_bitmap_or(a.roaring_, b.roaring_));
-}
-Bits Bits::AndNot(Bits const& a, Bits const& b) {
-    return Bits(roaring_bitmap_andnot(a.roaring_, b.roaring_));
-}
+Bits Bits::And(Bits const& a, Bits const& b) { return Combined(WordOp::And, a, b); }
+Bits Bits::Or(Bits const& a, Bits const& b) { return Combined(WordOp::Or, a, b); }
+Bits Bits::AndNot(Bits const& a, Bits const& b) { return Combined(WordOp::AndNot, a, b); }
 
 int64_t Bits::Add(int const* members, size_t n) {
     int64_t added = 0;

@@ -1,9 +1,9 @@
 // Bits: a Roaring bitmap of int32 members, for large sets without long runs.
 //
-// A thin owner of a CRoaring bitmap. Building, reading out, cutting and counting runs go straight to
-// the containers, because the library's own calls go member by member there. Everything that knows
-// the layout of containers stands in Bits.cpp and BitsKernels.cpp. Copy-on-write is never used: its
-// counters are not atomic, and sets are shared between threads.
+// A thin owner of a CRoaring bitmap. Building, reading out, cutting and counting runs go straight
+// to the containers, because the library's own calls go member by member there. Everything that
+// knows the layout of containers stands in Bits.cpp and BitsContainers.cpp. Copy-on-write is never
+// used: its counters are not atomic, and sets are shared between threads.
 //
 // Members are within [0, INT_MAX); runs are half-open. Private to the sets.
 #pragma once
@@ -12,6 +12,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "document/sets/BitsKernels.h"
 #include "document/sets/Run.h"
 
 struct roaring_bitmap_s;
@@ -19,7 +20,7 @@ struct roaring_bitmap_s;
 namespace kov::sets {
 
 class Bits {
- public:
+  public:
     Bits();
     Bits(Bits&& other) noexcept;
     Bits& operator=(Bits&& other) noexcept;
@@ -57,7 +58,8 @@ class Bits {
     /// Writes the members at locations [first, first + count).
     void CopyRange(int first, int count, int* out, std::vector<int> const& ranks) const;
 
-    /// @name Against one run: containers are copied or left out whole, and only those at its ends cut
+    /// @name Against one run: containers are copied or left out whole, and only those at its ends
+    /// cut
     /// @{
     Bits Slice(int first, int end) const;
     Bits Without(int first, int end) const;
@@ -82,8 +84,9 @@ class Bits {
     /// Gives containers that take less room as runs that form.
     void Optimize();
 
- private:
+  private:
     explicit Bits(roaring_bitmap_s* owned);
+    static Bits Combined(WordOp op, Bits const& a, Bits const& b);
 
     roaring_bitmap_s* roaring_;
 };

@@ -5,11 +5,14 @@
 #include <cstdint>
 #include <new>
 
+#include "document/sets/BitsKernels.h"
+
 namespace kov::sets {
 
 namespace {
 
-constexpr int kWords = BITSET_CONTAINER_SIZE_IN_WORDS;
+constexpr int kWords = kBitsetWords;
+static_assert(kWords == BITSET_CONTAINER_SIZE_IN_WORDS);
 
 array_container_t const& AsArray(void const* c) {
     return *static_cast<array_container_t const*>(c);
@@ -41,16 +44,9 @@ void SetRange(uint64_t* words, int first, int end) {
 }
 
 void CopyBitset(uint64_t const* words, int high, int first, int count, int* out) {
-    int w = 0;
-    int before = 0;
-    while (first > 0) {
-        int const ones = std::popcount(words[w]);
-        if (before + ones > first) break;
-        before += ones;
-        ++w;
-        if (before == first) break;
-    }
-    int skip = first - before;
+    if (count == 0) return;
+    int skip = first;
+    int w = first == 0 ? 0 : WordOfRank(words, skip);
     while (count > 0) {
         uint64_t word = words[w];
         int const base = high | (w << 6);
@@ -136,9 +132,12 @@ void AppendRuns(roaring_array_t& array, int key, std::vector<Run> const& runs) {
 int ContainerSize(roaring_array_t const& array, int32_t i) {
     void const* c = array.containers[i];
     switch (array.typecodes[i]) {
-        case BITSET_CONTAINER_TYPE_CODE: return AsBitset(c).cardinality;
-        case ARRAY_CONTAINER_TYPE_CODE: return AsArray(c).cardinality;
-        default: break;
+        case BITSET_CONTAINER_TYPE_CODE:
+            return AsBitset(c).cardinality;
+        case ARRAY_CONTAINER_TYPE_CODE:
+            return AsArray(c).cardinality;
+        default:
+            break;
     }
     int size = 0;
     for (int32_t r = 0; r < AsRuns(c).n_runs; ++r) size += AsRuns(c).runs[r].length + 1;
@@ -157,7 +156,8 @@ void CopyContainer(roaring_array_t const& array, int32_t i, int first, int count
             for (int k = 0; k < count; ++k) out[k] = high | values[k];
             return;
         }
-        default: break;
+        default:
+            break;
     }
     for (rle16_t const* run = AsRuns(c).runs; count > 0; ++run) {
         int const length = run->length + 1;
@@ -181,9 +181,8 @@ int RankInContainer(roaring_array_t const& array, int32_t i, int low) {
             uint64_t const* words = AsBitset(c).array;
             int const w = low >> 6;
             if ((words[w] >> (low & 63) & 1U) == 0) return -1;
-            int rank = std::popcount(words[w] & ((uint64_t{1} << (low & 63)) - 1));
-            for (int k = 0; k < w; ++k) rank += std::popcount(words[k]);
-            return rank;
+            uint64_t const below = words[w] & ((uint64_t{1} << (low & 63)) - 1);
+            return CountOnes(words, w) + CountOnes(&below, 1);
         }
         case ARRAY_CONTAINER_TYPE_CODE: {
             uint16_t const* begin = AsArray(c).array;
@@ -191,7 +190,8 @@ int RankInContainer(roaring_array_t const& array, int32_t i, int low) {
             uint16_t const* at = std::lower_bound(begin, end, low);
             return at == end || *at != low ? -1 : static_cast<int>(at - begin);
         }
-        default: break;
+        default:
+            break;
     }
     int rank = 0;
     for (int32_t r = 0; r < AsRuns(c).n_runs && AsRuns(c).runs[r].value <= low; ++r) {
@@ -206,7 +206,8 @@ bool VisitContainerRuns(roaring_array_t const& array, int32_t i, RunBlock& block
     void const* c = array.containers[i];
     int const high = array.keys[i] << 16;
     switch (array.typecodes[i]) {
-        case BITSET_CONTAINER_TYPE_CODE: return VisitBitsetRuns(AsBitset(c).array, high, block);
+        case BITSET_CONTAINER_TYPE_CODE:
+            return VisitBitsetRuns(AsBitset(c).array, high, block);
         case ARRAY_CONTAINER_TYPE_CODE: {
             array_container_t const& values = AsArray(c);
             for (int32_t k = 0; k < values.cardinality; ++k) {
@@ -215,7 +216,8 @@ bool VisitContainerRuns(roaring_array_t const& array, int32_t i, RunBlock& block
             }
             return true;
         }
-        default: break;
+        default:
+            break;
     }
     for (int32_t r = 0; r < AsRuns(c).n_runs; ++r) {
         int const first = high | AsRuns(c).runs[r].value;
@@ -232,10 +234,8 @@ size_t ContainerRuns(roaring_array_t const& array, int32_t i, int& previousEnd) 
         case BITSET_CONTAINER_TYPE_CODE: {
             uint64_t const* words = AsBitset(c).array;
             uint64_t carry = previousEnd == high ? 1 : 0;
-            for (int w = 0; w < kWords; ++w) {
-                runs += static_cast<size_t>(std::popcount(words[w] & ~(words[w] << 1 | carry)));
-                carry = words[w] >> 63;
-            }
+            runs = static_cast<size_t>(CountStarts(words, carry));
+            carry = words[kWords - 1] >> 63;
             previousEnd = carry != 0 ? high + 0x10000 : -1;
             return runs;
         }
@@ -248,7 +248,8 @@ size_t ContainerRuns(roaring_array_t const& array, int32_t i, int& previousEnd) 
             }
             return runs;
         }
-        default: break;
+        default:
+            break;
     }
     run_container_t const& all = AsRuns(c);
     for (int32_t r = 0; r < all.n_runs; ++r) {
@@ -257,6 +258,77 @@ size_t ContainerRuns(roaring_array_t const& array, int32_t i, int& previousEnd) 
         previousEnd = first + all.runs[r].length + 1;
     }
     return runs;
+}
+
+namespace {
+
+void CombineBitsets(WordOp op, uint16_t key, uint64_t const* a, uint64_t const* b,
+                    roaring_array_t& out) {
+    // Dense results are made where they stay; the others are mostly sparse, and listed from here.
+    uint64_t words[kWords];
+    bool const dense = op == WordOp::Or;
+    bitset_container_t* made = dense ? Checked(bitset_container_create()) : nullptr;
+    int const size = CombineWords(op, a, b, dense ? made->array : words);
+    if (!dense && size > DEFAULT_MAX_SIZE) {
+        made = Checked(bitset_container_create());
+        std::copy_n(words, kWords, made->array);
+    }
+    if (made != nullptr) {
+        made->cardinality = size;
+        ra_append(&out, key, made, BITSET_CONTAINER_TYPE_CODE);
+        return;
+    }
+    if (size == 0) return;
+    uint16_t ones[DEFAULT_MAX_SIZE + kListSlack];
+    ListOnes(words, ones);
+    array_container_t* list = Checked(array_container_create_given_capacity(size));
+    std::copy_n(ones, size, list->array);
+    list->cardinality = size;
+    ra_append(&out, key, list, ARRAY_CONTAINER_TYPE_CODE);
+}
+
+void CombineContainers(WordOp op, roaring_array_t const& a, int32_t i, roaring_array_t const& b,
+                       int32_t j, roaring_array_t& out) {
+    void const* x = a.containers[i];
+    void const* y = b.containers[j];
+    uint8_t const tx = a.typecodes[i];
+    uint8_t const ty = b.typecodes[j];
+    if (tx == BITSET_CONTAINER_TYPE_CODE && ty == BITSET_CONTAINER_TYPE_CODE) {
+        CombineBitsets(op, a.keys[i], AsBitset(x).array, AsBitset(y).array, out);
+        return;
+    }
+    uint8_t type = 0;
+    void* made = op == WordOp::And  ? container_and(x, tx, y, ty, &type)
+                 : op == WordOp::Or ? container_or(x, tx, y, ty, &type)
+                                    : container_andnot(x, tx, y, ty, &type);
+    Checked(made);
+    if (container_nonzero_cardinality(made, type)) {
+        ra_append(&out, a.keys[i], made, type);
+    } else {
+        container_free(made, type);
+    }
+}
+
+}  // namespace
+
+void Combine(WordOp op, roaring_array_t const& a, roaring_array_t const& b, roaring_array_t& out) {
+    bool const keepA = op != WordOp::And;
+    bool const keepB = op == WordOp::Or;
+    int32_t i = 0;
+    int32_t j = 0;
+    while (i < a.size && j < b.size) {
+        if (a.keys[i] < b.keys[j]) {
+            if (keepA) ra_append_copy(&out, &a, static_cast<uint16_t>(i), false);
+            ++i;
+        } else if (b.keys[j] < a.keys[i]) {
+            if (keepB) ra_append_copy(&out, &b, static_cast<uint16_t>(j), false);
+            ++j;
+        } else {
+            CombineContainers(op, a, i++, b, j++, out);
+        }
+    }
+    if (keepA) ra_append_copy_range(&out, &a, i, a.size, false);
+    if (keepB) ra_append_copy_range(&out, &b, j, b.size, false);
 }
 
 }  // namespace kov::sets

@@ -1,5 +1,5 @@
-// The insides of a Roaring bitmap: containers of the members that share their upper 16 bits, each an
-// array of up to 4096, a bitset of 65536, or runs. Functions here name a container by its index.
+// The insides of a Roaring bitmap: containers of the members that share their upper 16 bits, each
+// an array of up to 4096, a bitset of 65536, or runs. Functions here name a container by its index.
 //
 // Private to Bits; CRoaring's layout of version 0.2 is known here and in BitsContainers.cpp alone.
 #pragma once
@@ -8,6 +8,7 @@
 
 #include <vector>
 
+#include "document/sets/BitsKernels.h"
 #include "document/sets/RunBlock.h"
 
 namespace kov::sets {
@@ -26,5 +27,8 @@ bool VisitContainerRuns(roaring_array_t const& array, int32_t i, RunBlock& block
 /// The number of runs that start in the container. `previousEnd` is the end of the members before
 /// it, and becomes the end of those in it.
 size_t ContainerRuns(roaring_array_t const& array, int32_t i, int& previousEnd);
+
+/// Appends the containers of a op b to `out`, which is empty.
+void Combine(WordOp op, roaring_array_t const& a, roaring_array_t const& b, roaring_array_t& out);
 
 }  // namespace kov::sets

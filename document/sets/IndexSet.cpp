@@ -103,28 +103,35 @@ int IndexSet::At(int location) const {
         KOVSimException::ThrowIndex("location in an index set", location, size_);
     }
     switch (form_) {
-        case Form::Progression: return lowest_ + location * stride_;
-        case Form::Bitmap: return bits_->At(location, Table());
+        case Form::Progression:
+            return lowest_ + location * stride_;
+        case Form::Bitmap:
+            return bits_->At(location, Table());
         case Form::Runs: {
             Stretch const& stretch = stretches_[StretchAt(location)];
             return stretch.first + (location - stretch.location);
         }
-        default: return list_[static_cast<size_t>(location)];
+        default:
+            return list_[static_cast<size_t>(location)];
     }
 }
 
 bool IndexSet::Contains(int member) const {
     if (member < lowest_ || member > highest_) return false;
     switch (form_) {
-        case Form::Progression: return (member - lowest_) % stride_ == 0;
-        case Form::List: return std::binary_search(list_.begin(), list_.end(), member);
-        case Form::Bitmap: return bits_->Contains(member);
+        case Form::Progression:
+            return (member - lowest_) % stride_ == 0;
+        case Form::List:
+            return std::binary_search(list_.begin(), list_.end(), member);
+        case Form::Bitmap:
+            return bits_->Contains(member);
         case Form::Runs: {
             size_t const i = StretchOf(member);
             return member - stretches_[i].first <
                    stretches_[i + 1].location - stretches_[i].location;
         }
-        default: return AscendingForm().Contains(member);
+        default:
+            return AscendingForm().Contains(member);
     }
 }
 
@@ -137,14 +144,16 @@ int IndexSet::LocationOf(int member) const {
             auto const at = std::lower_bound(list_.begin(), list_.end(), member);
             return *at == member ? static_cast<int>(at - list_.begin()) : -1;
         }
-        case Form::Bitmap: return bits_->LocationOf(member, Table());
+        case Form::Bitmap:
+            return bits_->LocationOf(member, Table());
         case Form::Runs: {
             Stretch const* stretch = &stretches_[StretchOf(member)];
             int const within = member - stretch[0].first;
             bool const inside = within < stretch[1].location - stretch[0].location;
             return inside ? stretch[0].location + within : -1;
         }
-        default: break;
+        default:
+            break;
     }
     int const rank = AscendingForm().LocationOf(member);
     return rank < 0 ? -1 : Table()[static_cast<size_t>(rank)];
@@ -158,17 +167,18 @@ bool IndexSet::ContainsRun(int first, int end) const {
             return stride_ == 1 || (end - first == 1 && (first - lowest_) % stride_ == 0);
         case Form::List: {
             auto const at = std::lower_bound(list_.begin(), list_.end(), first);
-            auto const last = static_cast<size_t>(at - list_.begin()) +
-                              static_cast<size_t>(end - first) - 1;
+            auto const last =
+                static_cast<size_t>(at - list_.begin()) + static_cast<size_t>(end - first) - 1;
             return *at == first && last < list_.size() && list_[last] == end - 1;
         }
-        case Form::Bitmap: return bits_->ContainsRun(first, end);
+        case Form::Bitmap:
+            return bits_->ContainsRun(first, end);
         case Form::Runs: {
             size_t const i = StretchOf(first);
-            return end - stretches_[i].first <=
-                   stretches_[i + 1].location - stretches_[i].location;
+            return end - stretches_[i].first <= stretches_[i + 1].location - stretches_[i].location;
         }
-        default: return AscendingForm().ContainsRun(first, end);
+        default:
+            return AscendingForm().ContainsRun(first, end);
     }
 }
 
@@ -180,14 +190,17 @@ bool IndexSet::IntersectsRun(int first, int end) const {
             int64_t const steps = (int64_t{first} - lowest_ + stride_ - 1) / stride_;
             return lowest_ + steps * stride_ < end;
         }
-        case Form::List: return *std::lower_bound(list_.begin(), list_.end(), first) < end;
-        case Form::Bitmap: return bits_->IntersectsRun(first, end);
+        case Form::List:
+            return *std::lower_bound(list_.begin(), list_.end(), first) < end;
+        case Form::Bitmap:
+            return bits_->IntersectsRun(first, end);
         case Form::Runs: {
             size_t const i = StretchOf(first);
             int const length = stretches_[i + 1].location - stretches_[i].location;
             return first - stretches_[i].first < length || stretches_[i + 1].first < end;
         }
-        default: return AscendingForm().IntersectsRun(first, end);
+        default:
+            return AscendingForm().IntersectsRun(first, end);
     }
 }
 
@@ -205,17 +218,18 @@ void IndexSet::CopyStretches(int firstLocation, int count, int* out) const {
 
 void IndexSet::CopyStored(int firstLocation, int count, int* out) const {
     if (firstLocation < 0 || count < 0 || firstLocation > size_ - count) {
-        KOVSimException::ThrowIndex("location in an index set",
-                                    firstLocation < 0 ? firstLocation
-                                                      : int64_t{firstLocation} + count,
-                                    size_);
+        KOVSimException::ThrowIndex(
+            "location in an index set",
+            firstLocation < 0 ? firstLocation : int64_t{firstLocation} + count, size_);
     }
     if (count == 0) return;
     switch (form_) {
         case Form::Progression:
             for (int k = 0; k < count; ++k) out[k] = lowest_ + (firstLocation + k) * stride_;
             return;
-        case Form::Runs: CopyStretches(firstLocation, count, out); return;
+        case Form::Runs:
+            CopyStretches(firstLocation, count, out);
+            return;
         case Form::Bitmap:
             if (count == size_) {
                 bits_->CopyTo(out);
@@ -223,7 +237,9 @@ void IndexSet::CopyStored(int firstLocation, int count, int* out) const {
                 bits_->CopyRange(firstLocation, count, out, Table());
             }
             return;
-        default: std::copy_n(list_.data() + firstLocation, count, out); return;
+        default:
+            std::copy_n(list_.data() + firstLocation, count, out);
+            return;
     }
 }
 
@@ -240,8 +256,10 @@ void IndexSet::CopyAscending(int* out) const {
 bool IndexSet::VisitRuns(RunSink sink, void* context) const {
     RunBlock block(sink, context);
     switch (form_) {
-        case Form::Bitmap: return bits_->VisitRuns(sink, context);
-        case Form::Ordered: return AscendingForm().VisitRuns(sink, context);
+        case Form::Bitmap:
+            return bits_->VisitRuns(sink, context);
+        case Form::Ordered:
+            return AscendingForm().VisitRuns(sink, context);
         case Form::Progression:
             if (size_ > 0 && stride_ == 1) {
                 if (!block.Add(lowest_, highest_ + 1)) return false;
@@ -280,10 +298,14 @@ size_t IndexSet::CountRuns() const {
     switch (form_) {
         case Form::Progression:
             return stride_ > 1 ? static_cast<size_t>(size_) : (size_ > 0 ? 1U : 0U);
-        case Form::Runs: return stretches_.size() - 1;
-        case Form::Bitmap: return bits_->CountRuns(std::numeric_limits<size_t>::max());
-        case Form::Ordered: return AscendingForm().CountRuns();
-        case Form::List: break;
+        case Form::Runs:
+            return stretches_.size() - 1;
+        case Form::Bitmap:
+            return bits_->CountRuns(std::numeric_limits<size_t>::max());
+        case Form::Ordered:
+            return AscendingForm().CountRuns();
+        case Form::List:
+            break;
     }
     size_t runs = 1;
     for (size_t i = 1; i < list_.size(); ++i) runs += list_[i] != list_[i - 1] + 1 ? 1U : 0U;

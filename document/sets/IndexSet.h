@@ -10,11 +10,11 @@
 //   Ordered      an array in the order that was given, with its ascending form made on demand
 //
 // A set that is an arithmetic progression always has the form Progression, however it came about.
-// Members are 0 to kHighestMember: a collection has at most INT_MAX members, so its last index is one
-// less, and neither a size nor the end of a run can wrap.
+// Members are 0 to kHighestMember: a collection has at most INT_MAX members, so its last index is
+// one less, and neither a size nor the end of a run can wrap.
 //
-// Used by the collections and sets, the drawers and the catalogue. Any number of threads may use one
-// set; what is computed on demand is published atomically. Nobody keeps weak pointers to sets:
+// Used by the collections and sets, the drawers and the catalogue. Any number of threads may use
+// one set; what is computed on demand is published atomically. Nobody keeps weak pointers to sets:
 // UnionInto relies on the use count.
 #pragma once
 
@@ -45,7 +45,7 @@ inline constexpr int kListLimit = 4096;
 class IndexSet : public std::enable_shared_from_this<IndexSet> {
     struct Private {};
 
- public:
+  public:
     class Cursor;
 
     /// @name Makers
@@ -99,7 +99,8 @@ class IndexSet : public std::enable_shared_from_this<IndexSet> {
     /// Throws KOVSimException where that is not within [0, Size()].
     void CopyStored(int firstLocation, int count, int* out) const;
 
-    /// The same members ascending: the set itself if it is so already, otherwise made once and kept.
+    /// The same members ascending: the set itself if it is so already, otherwise made once and
+    /// kept.
     IndexSetPtr Ascending() const;
 
     /// Equal as sets, whatever order and form.
@@ -112,8 +113,8 @@ class IndexSet : public std::enable_shared_from_this<IndexSet> {
     /// Calls f(int first, int count) for each maximal run of the ascending form, ascending.
     template <class F>
     void ForEachRun(F&& f) const;
-    /// Calls f(int first, int count) for each maximal stretch in stored order in which each entry is
-    /// one more than the entry before it.
+    /// Calls f(int first, int count) for each maximal stretch in stored order in which each entry
+    /// is one more than the entry before it.
     template <class F>
     void ForEachStoredRun(F&& f) const;
     /// Gives the runs of the ascending form to `sink` in blocks; false if the sink stopped it.
@@ -130,7 +131,7 @@ class IndexSet : public std::enable_shared_from_this<IndexSet> {
     IndexSet(IndexSet const&) = delete;
     IndexSet& operator=(IndexSet const&) = delete;
 
- private:
+  private:
     friend class SetAccess;
 
     using IntTable = std::vector<int>;
@@ -141,9 +142,9 @@ class IndexSet : public std::enable_shared_from_this<IndexSet> {
     int highest_ = -1;
     int stride_ = 1;
     mutable std::atomic<uint64_t> hash_{0};
-    std::vector<int> list_;          // List, Ordered
-    std::vector<Stretch> stretches_; // Runs, with its sentinel
-    std::unique_ptr<Bits> bits_;     // Bitmap
+    std::vector<int> list_;           // List, Ordered
+    std::vector<Stretch> stretches_;  // Runs, with its sentinel
+    std::unique_ptr<Bits> bits_;      // Bitmap
     // Made on demand. The table has, for a Bitmap, what Bits::Ranks gives; for an Ordered set the
     // first location of each member, by its place in the ascending form.
     mutable std::atomic<IndexSetPtr const*> ascending_{nullptr};
@@ -158,8 +159,8 @@ class IndexSet : public std::enable_shared_from_this<IndexSet> {
 };
 
 /// @name Algebra
-/// Results are ascending and in the tightest form. Costs follow the number of runs, list members and
-/// bitmap containers of the operands, never the size of a contiguous one. Null operands are not
+/// Results are ascending and in the tightest form. Costs follow the number of runs, list members
+/// and bitmap containers of the operands, never the size of a contiguous one. Null operands are not
 /// allowed.
 /// @{
 IndexSetPtr Union(IndexSetPtr const& a, IndexSetPtr const& b);
@@ -169,7 +170,8 @@ IndexSetPtr Difference(IndexSetPtr const& a, IndexSetPtr const& b);
 bool IsSubset(IndexSet const& inner, IndexSet const& outer);
 bool Intersects(IndexSet const& a, IndexSet const& b);
 /// As Union, but takes `left` over: where the caller held its only reference the result may be made
-/// in its storage, so that appending n members to a large set costs O(n). `left` is null afterwards.
+/// in its storage, so that appending n members to a large set costs O(n). `left` is null
+/// afterwards.
 IndexSetPtr UnionInto(IndexSetPtr&& left, IndexSetPtr const& right);
 /// @}
 
@@ -184,7 +186,7 @@ IndexSetPtr Decode(void const* bytes, size_t n, std::string* error);
 
 /// Goes through a set in stored order. Holds the set, and a small buffer of entries.
 class IndexSet::Cursor {
- public:
+  public:
     Cursor() = default;
     explicit Cursor(IndexSetPtr set);
 
@@ -200,7 +202,7 @@ class IndexSet::Cursor {
     /// Back to the first entry.
     void Restart();
 
- private:
+  private:
     static constexpr int kCapacity = 128;
 
     void Fill();

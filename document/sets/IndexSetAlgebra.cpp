@@ -21,9 +21,7 @@ namespace kov::sets {
 
 namespace {
 
-bool IsStrided(IndexSet const& set) {
-    return set.GetForm() == Form::Progression && !set.IsRange();
-}
+bool IsStrided(IndexSet const& set) { return set.GetForm() == Form::Progression && !set.IsRange(); }
 bool IsList(IndexSet const& set) { return set.GetForm() == Form::List; }
 bool IsBitmap(IndexSet const& set) { return set.GetForm() == Form::Bitmap; }
 
@@ -36,7 +34,8 @@ auto WithReader(IndexSet const& set, int from, int to, F&& f) {
         auto const& list = SetAccess::List(set);
         auto const begin = std::lower_bound(list.begin(), list.end(), from);
         auto const end = std::lower_bound(begin, list.end(), to);
-        return f(ListReader{list.data() + (begin - list.begin()), static_cast<size_t>(end - begin)});
+        return f(
+            ListReader{list.data() + (begin - list.begin()), static_cast<size_t>(end - begin)});
     }
     auto const& all = SetAccess::Stretches(set);
     auto const before = [](Stretch const& s, int m) { return s.first < m; };

@@ -14,8 +14,8 @@
 //   ordered      the number of entries, then each as 4 bytes, little-endian.
 //
 // For example {5, 6, 7} is 01 05 03 01; {1, 2, 9} is 02 02 01 01 05 00; (7, 3) in this order is
-// 03 02 07 00 00 00 03 00 00 00. Each ascending set has exactly one stored form; Decode accepts runs
-// that happen to be a progression all the same.
+// 03 02 07 00 00 00 03 00 00 00. Each ascending set has exactly one stored form; Decode accepts
+// runs that happen to be a progression all the same.
 
 #include <algorithm>
 #include <cstring>
@@ -34,7 +34,7 @@ constexpr size_t kLongestVarint = 5;
 
 // Gathers bytes on the stack: strings grow byte by byte at several times the cost.
 class Writer {
- public:
+  public:
     explicit Writer(std::string& out) : out_(out) {}
     ~Writer() { Flush(); }
     Writer(Writer const&) = delete;
@@ -51,7 +51,7 @@ class Writer {
         for (unsigned shift = 0; shift < 32; shift += 8) Byte(value >> shift & 0xffU);
     }
 
- private:
+  private:
     void Room() {
         if (used_ + kLongestVarint > sizeof buffer_) Flush();
     }
@@ -68,7 +68,7 @@ class Writer {
 uint32_t U(int value) { return static_cast<uint32_t>(value); }
 
 class Reader {
- public:
+  public:
     Reader(unsigned char const* bytes, size_t n) : at_(bytes), begin_(bytes), end_(bytes + n) {}
 
     size_t Left() const { return static_cast<size_t>(end_ - at_); }
@@ -101,7 +101,7 @@ class Reader {
         return value;
     }
 
- private:
+  private:
     unsigned char const* at_;
     unsigned char const* begin_;
     unsigned char const* end_;
@@ -199,10 +199,15 @@ IndexSetPtr ReadOrdered(Reader& in) {
 
 IndexSetPtr Read(Reader& in, unsigned char kind) {
     switch (kind) {
-        case kProgression: return ReadProgression(in);
-        case kRuns: return ReadRuns(in);
-        case kOrdered: return ReadOrdered(in);
-        default: in.Fail("the kind is none of 1, 2, 3"); return nullptr;
+        case kProgression:
+            return ReadProgression(in);
+        case kRuns:
+            return ReadRuns(in);
+        case kOrdered:
+            return ReadOrdered(in);
+        default:
+            in.Fail("the kind is none of 1, 2, 3");
+            return nullptr;
     }
 }
 

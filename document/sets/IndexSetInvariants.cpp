@@ -57,18 +57,18 @@ void IndexSet::CheckInvariants() const {
         Require(list_.size() == static_cast<size_t>(size_), "6: size");
         auto const [low, high] = std::minmax_element(list_.begin(), list_.end());
         Require(*low == lowest_ && *high == highest_, "1: bounds of an ordered set");
-        Require(std::adjacent_find(list_.begin(), list_.end(), std::greater_equal<>()) !=
-                    list_.end(),
-                "6: the order is ascending");
+        Require(
+            std::adjacent_find(list_.begin(), list_.end(), std::greater_equal<>()) != list_.end(),
+            "6: the order is ascending");
         return;
     }
     if (form_ == Form::List) {
         Require(list_.size() == static_cast<size_t>(size_), "3: size");
         Require(3 <= size_ && size_ <= kListLimit, "3: limits");
         Require(list_.front() == lowest_ && list_.back() == highest_, "1: bounds of a list");
-        Require(std::adjacent_find(list_.begin(), list_.end(), std::greater_equal<>()) ==
-                    list_.end(),
-                "3: the members do not ascend");
+        Require(
+            std::adjacent_find(list_.begin(), list_.end(), std::greater_equal<>()) == list_.end(),
+            "3: the members do not ascend");
     } else if (form_ == Form::Runs) {
         Require(stretches_.size() >= 3, "4: fewer than two runs");
         Stretch const& sentinel = stretches_.back();
@@ -85,7 +85,8 @@ void IndexSet::CheckInvariants() const {
     } else {
         Require(size_ > kListLimit, "5: limit");
         Require(bits_->Size() == size_, "5: size");
-        Require(bits_->Lowest() == lowest_ && bits_->Highest() == highest_, "1: bounds of a bitmap");
+        Require(bits_->Lowest() == lowest_ && bits_->Highest() == highest_,
+                "1: bounds of a bitmap");
     }
     Require(!IsProgression(*this), "2: a progression in another form");
 }

@@ -1,4 +1,5 @@
-// The makers of index sets: what the given members are is found out in one pass, and decides the form.
+// The makers of index sets: what the given members are is found out in one pass, and decides the
+// form.
 
 #include <algorithm>
 #include <bit>
@@ -144,8 +145,8 @@ IndexSetPtr SetAccess::FromAscending(int const* members, size_t n) {
 
 IndexSetPtr SetAccess::FromAscending(std::vector<int>&& members) {
     if (members.empty()) return IndexSet::Empty();
-    IndexSetPtr set = Unlisted(members.data(), members.size(),
-                               ShapeOf(members.data(), members.size()));
+    IndexSetPtr set =
+        Unlisted(members.data(), members.size(), ShapeOf(members.data(), members.size()));
     return set != nullptr ? set : Listed(std::move(members));
 }
 

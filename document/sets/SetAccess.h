@@ -1,5 +1,5 @@
-// How the makers, the algebra and the codec build sets and see what they are made of. Private to the
-// sets.
+// How the makers, the algebra and the codec build sets and see what they are made of. Private to
+// the sets.
 #pragma once
 
 #include <memory>
@@ -25,7 +25,7 @@ inline Form TightForm(size_t size, size_t runs) {
 }
 
 class SetAccess {
- public:
+  public:
     /// @name Builders
     /// Members are within bounds; the tightest form is picked.
     /// @{
@@ -58,7 +58,7 @@ class SetAccess {
     /// progression.
     static IndexSetPtr AddToBitmap(std::shared_ptr<IndexSet> set, IndexSet const& more);
 
- private:
+  private:
     static std::shared_ptr<IndexSet> New();
     static void Forget(IndexSet& set);
 };

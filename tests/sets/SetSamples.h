@@ -16,9 +16,9 @@ namespace kov::sets::testing {
 /// The seed of this run: KOV_SEED, or a new one.
 inline unsigned Seed() {
     char const* given = std::getenv("KOV_SEED");
-    static unsigned const seed =
-        given != nullptr ? static_cast<unsigned>(std::strtoul(given, nullptr, 10))
-                         : std::random_device{}();
+    static unsigned const seed = given != nullptr
+                                     ? static_cast<unsigned>(std::strtoul(given, nullptr, 10))
+                                     : std::random_device{}();
     return seed;
 }
 
@@ -51,7 +51,18 @@ inline std::vector<int> Unique(std::vector<int> members) {
     return {sorted.begin(), sorted.end()};
 }
 
-enum class Kind { Empty, One, Range, Strided, FewRuns, Scattered, ManyRuns, Dense, Sparse, Ordered };
+enum class Kind {
+    Empty,
+    One,
+    Range,
+    Strided,
+    FewRuns,
+    Scattered,
+    ManyRuns,
+    Dense,
+    Sparse,
+    Ordered
+};
 constexpr int kKinds = 10;
 
 /// A random set of a kind, with members in [base, base + about 150,000).
@@ -59,8 +70,10 @@ inline Sample RandomSample(Random& random, Kind kind, int base) {
     std::vector<int> members;
     int const at = base + Pick(random, 0, 70000);
     switch (kind) {
-        case Kind::Empty: return SampleOf(IndexSet::Empty(), {});
-        case Kind::One: return SampleOf(IndexSet::Range(at, 1), {at});
+        case Kind::Empty:
+            return SampleOf(IndexSet::Empty(), {});
+        case Kind::One:
+            return SampleOf(IndexSet::Range(at, 1), {at});
         case Kind::Range: {
             int const count = Pick(random, 1, 80000);
             for (int i = 0; i < count; ++i) members.push_back(at + i);

@@ -61,8 +61,8 @@ TEST(IndexSet, HighestMemberStandsOneBelowIntMax) {
 }
 
 TEST(IndexSet, RunsReachTheHighestMember) {
-    std::vector<int> members = RandomMembers(*std::make_unique<Random>(5), 9000, INT_MAX - 60000,
-                                             INT_MAX - 1);
+    std::vector<int> members =
+        RandomMembers(*std::make_unique<Random>(5), 9000, INT_MAX - 60000, INT_MAX - 1);
     members.push_back(INT_MAX - 1);
     members.push_back(3);
     members = Unique(members);
@@ -183,8 +183,8 @@ TEST_P(EveryKind, AllWaysOfReadingAgreeWithTheModel) {
                 << member;
             int const end = member + Pick(random, 0, 40);
             int inside = 0;
-            for (auto it = sample.model.lower_bound(member);
-                 it != sample.model.end() && *it < end; ++it) {
+            for (auto it = sample.model.lower_bound(member); it != sample.model.end() && *it < end;
+                 ++it) {
                 ++inside;
             }
             ASSERT_EQ(set.ContainsRun(member, end), inside == end - member);

@@ -60,8 +60,7 @@ TEST_P(EveryPair, AlgebraAgreesWithTheModel) {
         IndexSetPtr const kept = Union(a.set, IndexSet::Empty());
         mine = UnionInto(std::move(mine), b.set);
         ExpectSet(mine, both, "union into a shared set");
-        IndexSetPtr copy =
-            IndexSet::FromMembers(a.stored.data(), a.stored.size());
+        IndexSetPtr copy = IndexSet::FromMembers(a.stored.data(), a.stored.size());
         copy = UnionInto(std::move(copy), b.set);
         ExpectSet(copy, both, "union in place");
         EXPECT_EQ(copy->Hash(), Union(a.set, b.set)->Hash());
@@ -83,7 +82,9 @@ TEST(IndexSetAlgebra, ManyStepsStayWithTheModel) {
         auto const kind = static_cast<Kind>(Pick(random, 0, kKinds - 1));
         Sample const other = RandomSample(random, kind, Pick(random, 0, 200000));
         switch (Pick(random, 0, 3)) {
-            case 0: set = Union(set, other.set), model = ModelUnion(model, other.model); break;
+            case 0:
+                set = Union(set, other.set), model = ModelUnion(model, other.model);
+                break;
             case 1:
                 set = UnionInto(std::move(set), other.set), model = ModelUnion(model, other.model);
                 break;
@@ -129,8 +130,8 @@ TEST(IndexSetAlgebra, AppendingInPlaceStaysWithTheModel) {
 }
 
 TEST(IndexSetAlgebra, UnionIntoLeavesSharedSetsAlone) {
-    std::vector<int> const members = Unique(RandomMembers(*std::make_unique<Random>(1), 9000, 0,
-                                                          100000));
+    std::vector<int> const members =
+        Unique(RandomMembers(*std::make_unique<Random>(1), 9000, 0, 100000));
     IndexSetPtr set = IndexSet::FromMembers(members.data(), members.size());
     IndexSetPtr const other = set;
     IndexSetPtr const sum = UnionInto(std::move(set), IndexSet::Range(200000, 10));
@@ -200,8 +201,8 @@ TEST(IndexSetAlgebra, ResultsTakeTheTightestForm) {
     EXPECT_EQ(Difference(range, IndexSet::Range(500, 10))->GetForm(), Form::Runs);
     EXPECT_TRUE(Difference(range, IndexSet::Range(500, 1000000))->IsRange());
     EXPECT_TRUE(Union(IndexSet::Range(0, 5), IndexSet::Range(5, 5))->IsRange());
-    std::vector<int> const members = Unique(RandomMembers(*std::make_unique<Random>(2), 90000, 0,
-                                                          900000));
+    std::vector<int> const members =
+        Unique(RandomMembers(*std::make_unique<Random>(2), 90000, 0, 900000));
     IndexSetPtr const bitmap = IndexSet::FromMembers(members.data(), members.size());
     ASSERT_EQ(bitmap->GetForm(), Form::Bitmap);
     EXPECT_EQ(Intersection(bitmap, IndexSet::Range(1000, 2000))->GetForm(), Form::List);
