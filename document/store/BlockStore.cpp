@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <exception>
 
 #include "document/store/Errors.h"
 #include "document/store/Files.h"
@@ -182,6 +183,17 @@ void BlockStore::Rollback(bool keepBytes) {
         ++at;
     }
     m_current = m_segments.empty() ? nullptr : &m_segments.rbegin()->second;
+}
+
+void BlockStore::CheckSegments(std::function<void(std::string const&)> const& finding) const {
+    if (m_folder.empty()) return;
+    for (auto const& [number, entry] : m_segments) {
+        try {
+            OpenFileSegment(PathOf(number), number, m_uuid, entry.committed, false);
+        } catch (std::exception const& e) {
+            finding(e.what());
+        }
+    }
 }
 
 void BlockStore::MoveTo(std::string folder) {

@@ -10,6 +10,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
 #include <string>
@@ -92,6 +93,8 @@ class BlockStore {
     /// Whether an append has failed since the last rollback.
     bool HasFailed() const { return m_failed; }
     bool HasAppended() const;
+    /// Opens each segment anew and looks at its header and length; tells what is wrong.
+    void CheckSegments(std::function<void(std::string const&)> const& finding) const;
     std::int64_t Bytes() const;
     int Segments() const { return static_cast<int>(m_segments.size()); }
     /// A new segment begins where one would grow beyond this.

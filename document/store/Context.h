@@ -117,10 +117,13 @@ class Context : public std::enable_shared_from_this<Context> {
 
     void RequireUsable() const;
     std::string Name() const;
+    static std::shared_ptr<Context> BuildAt(std::string const& path,
+                                            std::function<void(Context&)> const& fill);
     void Build(std::string const& folder, std::function<void(Context&)> const& fill);
     void MakeTables();
     void FillFirst(std::function<void(Context&)> const& fill);
-    void MoveInto(std::string const& folder);
+    void FillFrom(Context& source);
+    void MoveInto();
     void OpenExisting(Access access);
     void OpenForWriting();
     void OpenForReading();

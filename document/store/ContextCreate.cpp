@@ -44,6 +44,23 @@ std::shared_ptr<Context> Context::CreateInMemory(std::function<void(Context&)> c
 
 std::shared_ptr<Context> Context::Create(std::string const& path,
                                          std::function<void(Context&)> const& fill) {
+    std::shared_ptr<Context> const context =
+        BuildAt(path, [&](Context& made) { made.FillFirst(fill); });
+    try {
+        context->MoveInto();
+    } catch (...) {
+        // It is whole; but who is told that it was not made must find nothing.
+        context->Close();
+        RemoveTree(context->m_path);
+        throw;
+    }
+    return context;
+}
+
+/// Builds a whole document under a temporary name, lets `fill` fill it, and gives it its name. What
+/// is answered has its catalogue closed.
+std::shared_ptr<Context> Context::BuildAt(std::string const& path,
+                                          std::function<void(Context&)> const& fill) {
     std::string const clean = CleanPath(path);
     struct stat status;
     if (::lstat(clean.c_str(), &status) == 0)
@@ -62,12 +79,13 @@ std::shared_ptr<Context> Context::Create(std::string const& path,
             Fail("cannot create " + clean + ": it exists already");
         Require(error, "create", clean);
         renamed = true;
+        context->m_opened->folder.path = clean;
+        context->m_opened->blocks->MoveTo(context->m_opened->folder.Bulk());
         Require(TrySyncFolder(ParentOf(clean)), "sync", ParentOf(clean));
-        context->MoveInto(clean);
     } catch (...) {
         context->m_opened->catalogue.Close(true);
+        RemoveTree(renamed ? clean : temporary);
         context->Close();
-        if (!renamed || TryRename(clean, temporary) == 0) RemoveTree(temporary);
         throw;
     }
     return context;
@@ -83,7 +101,7 @@ void Context::Build(std::string const& folder, std::function<void(Context&)> con
     opened.uuid = NewUuid();
     opened.blocks = std::make_unique<BlockStore>(opened.folder.Bulk(), opened.uuid,
                                                  std::vector<SegmentLength>{}, true);
-    FillFirst(fill);
+    fill(*this);
     opened.catalogue.CheckpointAll();
     m_catalogue = nullptr;
     opened.catalogue.Close(false);
@@ -117,12 +135,10 @@ void Context::MakeTables() {
 }
 
 /// The folder has its name: goes on under that.
-void Context::MoveInto(std::string const& folder) {
+void Context::MoveInto() {
     std::lock_guard const lock(OpenMutex());
     Opened& opened = *m_opened;
-    opened.folder.path = folder;
-    opened.identity = IdentifyFolder(folder);
-    opened.blocks->MoveTo(opened.folder.Bulk());
+    opened.identity = IdentifyFolder(opened.folder.path);
     opened.catalogue.OpenFile(opened.folder.Catalogue(), Catalogue::Mode::Write);
     m_catalogue = &opened.catalogue;
     Announce(opened.identity, weak_from_this(), m_forks);

@@ -40,50 +40,90 @@ struct LogSum {
     bool Is(unsigned char const* at) const { return Big32(at) == s0 && Big32(at + 4) == s1; }
 };
 
+/// Goes through the frames of a log from the first on, and tells where they cease to be sound.
+class LogReader {
+  public:
+    bool Open(std::string const& path) {
+        if (m_file.TryOpen(path, File::Mode::Read) != 0) return false;
+        m_size = m_file.Size();
+        return m_size > 0;
+    }
+    /// Empty if the header is sound.
+    std::string HeaderFault() {
+        if (m_file.ReadAt(0, m_header, sizeof m_header) < sizeof m_header)
+            return "its header is not whole";
+        std::uint32_t const magic = Big32(m_header);
+        m_sum = LogSum{(magic & 1) != 0};
+        m_sum.Add(m_header, 24);
+        if ((magic & ~1u) != 0x377f0682 || Big32(m_header + 8) != CataloguePageBytes ||
+            !m_sum.Is(m_header + 24)) {
+            return "its header is damaged";
+        }
+        return {};
+    }
+    std::int64_t Frames() const {
+        return (m_size - static_cast<std::int64_t>(HeaderBytes)) /
+               static_cast<std::int64_t>(FrameBytes);
+    }
+    /// Reads the next frame; false at the end of the file.
+    bool Next() {
+        std::int64_t const at = static_cast<std::int64_t>(HeaderBytes) +
+                                m_number * static_cast<std::int64_t>(FrameBytes);
+        std::size_t const wanted = m_sound ? FrameBytes : FrameHeaderBytes;
+        if (m_number >= Frames() || m_file.ReadAt(at, m_frame.data(), wanted) < wanted)
+            return false;
+        ++m_number;
+        if (!m_sound) return true;
+        m_sum.Add(m_frame.data(), 8);
+        m_sum.Add(m_frame.data() + FrameHeaderBytes, CataloguePageBytes);
+        m_sound = IsOfThisLog() && Page() != 0 && m_sum.Is(m_frame.data() + 16);
+        return true;
+    }
+    bool IsSound() const { return m_sound; }
+    bool IsOfThisLog() const { return std::memcmp(m_frame.data() + 8, m_header + 16, 8) == 0; }
+    bool EndsCommit() const { return Big32(m_frame.data() + 4) != 0; }
+    std::uint32_t Page() const { return Big32(m_frame.data()); }
+    std::int64_t Number() const { return m_number; }  // of the frame at hand, from 1
+
+  private:
+    File m_file;
+    std::int64_t m_size = 0;
+    unsigned char m_header[HeaderBytes] = {};
+    LogSum m_sum{false};
+    std::vector<unsigned char> m_frame = std::vector<unsigned char>(FrameBytes);
+    bool m_sound = true;
+    std::int64_t m_number = 0;
+};
+
 }  // namespace
 
 std::string FindCutLog(std::string const& path) {
-    File file;
-    if (file.TryOpen(path, File::Mode::Read) != 0) return {};
-    std::int64_t const size = file.Size();
-    if (size == 0) return {};
-    unsigned char header[HeaderBytes];
+    LogReader log;
+    if (!log.Open(path)) return {};
     std::string const cut = "the log of an earlier session is damaged and was cut: ";
-    if (file.ReadAt(0, header, sizeof header) < sizeof header) {
-        return cut + "its header is not whole";
-    }
-    std::uint32_t const magic = Big32(header);
-    LogSum sum{(magic & 1) != 0};
-    sum.Add(header, 24);
-    if ((magic & ~1u) != 0x377f0682 || Big32(header + 8) != CataloguePageBytes ||
-        !sum.Is(header + 24)) {
-        return cut + "its header is damaged";
-    }
-    std::int64_t const frames =
-        (size - static_cast<std::int64_t>(HeaderBytes)) / static_cast<std::int64_t>(FrameBytes);
-    std::vector<unsigned char> frame(FrameBytes);
-    bool sound = true;
+    if (std::string const fault = log.HeaderFault(); !fault.empty()) return cut + fault;
     std::int64_t firstBad = 0;
-    for (std::int64_t i = 0; i < frames; ++i) {
-        std::int64_t const at =
-            static_cast<std::int64_t>(HeaderBytes) + i * static_cast<std::int64_t>(FrameBytes);
-        std::size_t const wanted = sound ? FrameBytes : FrameHeaderBytes;
-        if (file.ReadAt(at, frame.data(), wanted) < wanted) break;
-        bool const ofThisLog = std::memcmp(frame.data() + 8, header + 16, 8) == 0;
-        if (sound) {
-            sum.Add(frame.data(), 8);
-            sum.Add(frame.data() + FrameHeaderBytes, CataloguePageBytes);
-            if (ofThisLog && Big32(frame.data()) != 0 && sum.Is(frame.data() + 16)) continue;
-            sound = false;
-            firstBad = i + 1;
-        }
+    while (log.Next()) {
+        if (log.IsSound()) continue;
+        if (firstBad == 0) firstBad = log.Number();
         // What a dropped transaction has left behind has no end of a commit.
-        if (ofThisLog && Big32(frame.data() + 4) != 0) {
+        if (log.IsOfThisLog() && log.EndsCommit()) {
             return cut + "frame " + std::to_string(firstBad) +
-                   " is not sound, and a commit ends at frame " + std::to_string(i + 1);
+                   " is not sound, and a commit ends at frame " + std::to_string(log.Number());
         }
     }
     return {};
+}
+
+bool IsInLog(std::string const& path, std::int64_t page) {
+    LogReader log;
+    if (!log.Open(path) || !log.HeaderFault().empty()) return false;
+    bool seen = false;
+    while (log.Next() && log.IsSound()) {
+        if (log.Page() == page) seen = true;
+        if (seen && log.EndsCommit()) return true;
+    }
+    return false;
 }
 
 }  // namespace kov::store

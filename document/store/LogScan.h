@@ -3,6 +3,7 @@
 // left out that had been committed.
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 namespace kov::store {
@@ -10,5 +11,7 @@ namespace kov::store {
 /// A text if the log holds the end of a commit behind the last frame that is sound; empty if it
 /// does not, or is not there.
 std::string FindCutLog(std::string const& path);
+/// Whether a whole commit in the log has a newer copy of the catalogue's page.
+bool IsInLog(std::string const& path, std::int64_t page);
 
 }  // namespace kov::store

@@ -66,6 +66,7 @@ KOVSimContextID Register(Context* context) {
 }
 
 void Unregister(KOVSimContextID id) {
+    if (id.IsNull()) return;
     std::lock_guard const lock(g_mutex);
     Slot* const slot = SlotOf(id.value);
     if (!slot || slot->id.load(std::memory_order_relaxed) != id.value) return;
