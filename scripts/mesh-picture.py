@@ -107,7 +107,7 @@ def view(surfaces, bounds, viewport, edges, close):
     for index, (surface, colour) in enumerate(surfaces):
         made = actor(surface, colour, edges)
         if index >= 2:  # named surfaces lie on the solids' skin: drawn in front of it
-            made.GetMapper().SetRelativeCoincidentTopologyPolygonOffsetParameters(-2, -2)
+            made.GetMapper().SetRelativeCoincidentTopologyPolygonOffsetParameters(-2, -24)
         renderer.AddActor(made)
     camera = renderer.GetActiveCamera()
     size = max(bounds[1] - bounds[0], bounds[3] - bounds[2], bounds[5] - bounds[4])
@@ -116,7 +116,7 @@ def view(surfaces, bounds, viewport, edges, close):
     camera.SetFocalPoint(*middle)
     camera.SetPosition(middle[0] + 1.2 * size, middle[1] - 1.9 * size, middle[2] + 1.0 * size)
     renderer.ResetCamera(bounds)
-    camera.Zoom(1.45)
+    camera.Zoom(1.3)
     if close:  # a bolt hole at the near corner
         corner = (bounds[1] - 0.14 * size, bounds[2] + 0.12 * size, bounds[4] + 0.08 * size)
         camera.SetFocalPoint(*corner)
