@@ -85,12 +85,13 @@ void Json::Separate() {
         return;
     }
     if (m_filled.empty()) return;
-    if (m_filled.back()) m_text += ',';
+    if (m_filled.back()) m_text += m_form == Form::OneLine ? ", " : ",";
     m_filled.back() = true;
     NewLine();
 }
 
 void Json::NewLine() {
+    if (m_form == Form::OneLine) return;
     m_text += '\n';
     m_text.append(2 * m_filled.size(), ' ');
 }

@@ -12,6 +12,10 @@ namespace kov::tool {
 
 class Json {
   public:
+    enum class Form { Indented, OneLine };
+
+    explicit Json(Form form = Form::Indented) : m_form(form) {}
+
     Json& BeginObject() { return Begin('{'); }
     Json& EndObject() { return End('}'); }
     Json& BeginArray() { return Begin('['); }
@@ -44,6 +48,7 @@ class Json {
     void NewLine();
     void Quote(std::string_view text);
 
+    Form m_form;
     std::string m_text;
     std::vector<bool> m_filled;  ///< for each open bracket whether something stands in it
     bool m_afterKey = false;

@@ -1,0 +1,106 @@
+// kovsim translate DECK -o MODEL.ksd
+
+#include <CLI/CLI.hpp>
+#include <chrono>
+#include <cstdio>
+#include <memory>
+#include <string>
+
+#include "Commands.h"
+#include "Json.h"
+#include "KOVObjDocument.h"
+#include "KOVSimTransaction.h"
+#include "Names.h"
+#include "OutputPlace.h"
+#include "Progress.h"
+#include "Translation.h"
+
+namespace kov::tool {
+namespace {
+
+struct Options {
+    std::string deck;
+    std::string output;
+    bool strict = false;
+    bool json = false;
+};
+
+std::string JsonSummary(Options const& options, TranslationSummary const& summary, double seconds) {
+    Json json;
+    json.BeginObject();
+    json.Member("deck", options.deck).Member("document", options.output);
+    json.Member("nodes", summary.nodes).Member("elements", summary.elements);
+    json.Key("elementTypes").BeginObject();
+    for (auto const& type : summary.types) json.Member(type.name, type.count);
+    json.EndObject();
+    json.Member("nodeSets", static_cast<long>(summary.nodeSets));
+    json.Member("elementSets", static_cast<long>(summary.elementSets));
+    json.Member("files", summary.files);
+    json.Member("repeatedNodes", summary.repeatedNodes);
+    json.Key("unknownKeywords").BeginObject();
+    for (auto const& [keyword, count] : summary.unknownKeywords) json.Member(keyword, count);
+    json.EndObject();
+    json.Key("notes").BeginObject();
+    for (auto const& [note, count] : summary.notes) json.Member(note, count);
+    json.EndObject();
+    json.Member("seconds", seconds);
+    json.EndObject();
+    return json.Text();
+}
+
+std::string PlainSummary(Options const& options, TranslationSummary const& summary, double seconds) {
+    std::string text = options.deck + " -> " + options.output + "\n";
+    auto const line = [&text](std::string const& name, long count) {
+        char row[160];
+        std::snprintf(row, sizeof row, "%-24s %12ld\n", name.c_str(), count);
+        text += row;
+    };
+    line("nodes", summary.nodes);
+    line("elements", summary.elements);
+    for (auto const& type : summary.types) line("  " + type.name, type.count);
+    line("node sets", static_cast<long>(summary.nodeSets));
+    line("element sets", static_cast<long>(summary.elementSets));
+    if (summary.files > 1) line("files", summary.files);
+    if (summary.repeatedNodes > 0) line("nodes defined twice", summary.repeatedNodes);
+    for (auto const& [keyword, count] : summary.unknownKeywords) line("unknown " + keyword, count);
+    for (auto const& [note, count] : summary.notes) text += std::to_string(count) + " " + note + "\n";
+    char row[80];
+    std::snprintf(row, sizeof row, "%-24s %12.2f\n", "seconds", seconds);
+    return text + row;
+}
+
+int Translate(Options const& options) {
+    auto const start = std::chrono::steady_clock::now();
+    OutputPlace place(options.output);
+    TranslationSummary summary;
+    {
+        SystemFiles files;
+        Progress progress(options.deck);
+        KOVObjDocument const document = KOVObjDocument::Create(ToKOVString(place.Path()));
+        KOVSimTransaction transaction(document.ContextID());
+        Translation translation(files, document, transaction,
+                                {options.strict, [&progress](double done, double total) { progress.Show(done, total); }});
+        summary = translation.Run(options.deck);
+        transaction.Commit();
+        document.Close();
+    }
+    place.Publish();
+    std::chrono::duration<double> const seconds = std::chrono::steady_clock::now() - start;
+    Print(options.json ? JsonSummary(options, summary, seconds.count())
+                       : PlainSummary(options, summary, seconds.count()));
+    return 0;
+}
+
+}  // namespace
+
+void AddTranslate(CLI::App& app, Action& action) {
+    auto const options = std::make_shared<Options>();
+    CLI::App* const command = app.add_subcommand("translate", "Translate a keyword deck into a document");
+    command->add_option("DECK", options->deck, "The deck to read")->required();
+    command->add_option("-o,--output", options->output, "The document to make, such as MODEL.ksd")->required();
+    command->add_flag("--strict", options->strict, "Take a keyword that is not known for an error");
+    command->add_flag("--json", options->json, "Print the summary as JSON");
+    command->callback([options, &action] { action = [options] { return Translate(*options); }; });
+}
+
+}  // namespace kov::tool

@@ -1,0 +1,46 @@
+// DocumentReader: what the subcommands that look into documents share: opening one for reading, its sets, its elements by type.
+// Documents may come from any writer, so that whatever is absent is answered by emptiness.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "ElementTypes.h"
+#include "KOVBasVector.h"
+#include "KOVObjDocument.h"
+#include "KOVObjLabeler.h"
+#include "KOVObjMesh.h"
+#include "KOVSimCSet.h"
+#include "KOVSimCollection.h"
+
+namespace kov::tool {
+
+/// Opens a document for reading. Throws Failure that names the path and says why it cannot be done.
+KOVObjDocument OpenForReading(std::string const& path);
+
+/// The elements of one element specification.
+struct ElementGroup {
+    std::string name;                   ///< of the element type; empty if the specification has none
+    ElementType const* type = nullptr;  ///< null if the name is not known
+    int shape = -1;                     ///< number of the shape symbol; -1 if none is set
+    KOVSimCSet elements;
+};
+/// All groups of the element specification assignment, in its order.
+std::vector<ElementGroup> ElementGroups(KOVObjDocument const& document);
+
+struct DocumentSet {
+    std::string name;
+    KOVSimCSet set;
+};
+/// The sets in a map of the model, by ascending name.
+std::vector<DocumentSet> DocumentSets(KOVObjDocument const& document, int map);
+
+/// The collection at a position; one without a share for a null position.
+KOVSimCollection CollectionAt(KOVSimPosition const& position);
+/// Its count of members; 0 without a collection.
+int SpaceAt(KOVSimPosition const& position);
+
+/// The user label of each ordinal below `space`, over all instances; -1 where there is none. Empty without any instance.
+std::vector<int> LabelsByOrdinal(KOVObjDocument const& document, KOVObjLabelerType type, int space);
+
+}  // namespace kov::tool

@@ -1,0 +1,128 @@
+// *ELEMENT, TYPE=type, ELSET=name
+//   label, node, node, ...
+//
+// A line that ends with a comma, or that holds 16 fields, goes on in the next one. The nodes may be defined further on.
+
+#include "DataFields.h"
+#include "Keywords.h"
+#include "Names.h"
+
+namespace kov::tool {
+namespace {
+
+using Result = FieldScanner::Result;
+
+constexpr int kMostNodes = 32;
+constexpr int kFullLine = 16;
+constexpr long kBreath = 1 << 16;
+
+std::string Count(int count, char const* what) {
+    return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
+}
+
+[[noreturn]] void FailCount(DeckReader const& reader, ElementType const& type, int label, int count) {
+    reader.Fail("element " + std::to_string(label) + " has " + (count > type.nodes ? "more than " : "") +
+                Count(count > type.nodes ? type.nodes : count, "node") + "; expected " +
+                Count(type.nodes, "node") + " for type " + std::string(type.name));
+}
+
+// Reads the nodes of one element, over as many lines as they take.
+void ReadNodeLabels(DeckReader& reader, FieldScanner fields, ElementType const& type, int label, int* nodes) {
+    int count = 0;
+    int onLine = 1;
+    bool comma = fields.HadComma();
+    for (;;) {
+        while (!fields.AtEnd()) {
+            if (count == type.nodes) FailCount(reader, type, label, count + 1);
+            nodes[count++] = ReadLabel(reader, fields, "a node label", "LABEL, NODE, NODE, ...");
+            comma = fields.HadComma();
+            ++onLine;
+        }
+        if (count == type.nodes) return;
+        if ((!comma && onLine < kFullLine) || !reader.NextData()) FailCount(reader, type, label, count);
+        fields = FieldScanner(reader.Line(), reader.LineEnd());
+        onLine = 0;
+        comma = false;
+    }
+}
+
+// The place of the first node that is not defined; -1 if all are.
+int FindNodes(LabelTable const& labels, int count, int const* nodes, int* ordinals) {
+    int unknown = -1;
+    for (int i = count; i-- > 0;) {
+        ordinals[i] = labels.Find(nodes[i]);
+        if (ordinals[i] == LabelTable::None) unknown = i;
+    }
+    return unknown;
+}
+
+// The second pass over a block: all labels of elements are known.
+void ReadDeferredElements(Translation& translation, DeckReader& reader, ElementType const& type) {
+    ModelWriter& model = translation.Model();
+    TypeElements& elements = model.Elements(type);
+    int nodes[kMostNodes];
+    int ordinals[kMostNodes];
+    for (long lines = 1; reader.NextData(); ++lines) {
+        int const line = reader.LineNumber();
+        FieldScanner fields(reader.Line(), reader.LineEnd());
+        int const label = ReadLabel(reader, fields, "an element label", "LABEL, NODE, NODE, ...");
+        ReadNodeLabels(reader, fields, type, label, nodes);
+        int const unknown = FindNodes(translation.NodeLabels(), type.nodes, nodes, ordinals);
+        if (unknown >= 0) {
+            reader.FailAt(line, "element " + std::to_string(label) + " names node " +
+                                    std::to_string(nodes[unknown]) +
+                                    ", which is not defined; expected nodes of the deck");
+        }
+        model.SetNodes(elements, translation.ElementLabels().Find(label), ordinals);
+        if (lines % kBreath == 0) translation.Breathe(reader);
+    }
+}
+
+}  // namespace
+
+void ReadElements(Translation& translation, DeckReader& reader, KeywordLine const& line) {
+    KeywordParameters const parameters(reader, line, {"type", "elset"});
+    std::string const typeName = parameters.Required("type");
+    ElementType const* const found = FindElementType(typeName);
+    if (found == nullptr) {
+        reader.FailAt(line.line, "element type '" + Shown(typeName) +
+                                     "' is not known; expected a type such as C3D8R, S4R or B31");
+    }
+    ElementType const& type = *found;
+    NamedSet* const set =
+        parameters.Has("elset") ? &translation.ElementSets().FindOrMake(parameters.Value("elset")) : nullptr;
+
+    ModelWriter& model = translation.Model();
+    LabelTable& labels = translation.ElementLabels();
+    TypeElements& elements = model.Elements(type);
+    int const first = model.ElementCount();
+    bool deferred = false;
+    int nodes[kMostNodes];
+    int ordinals[kMostNodes];
+    for (long lines = 1; reader.NextData(); ++lines) {
+        DeckPlace const place = reader.Place();
+        FieldScanner fields(reader.Line(), reader.LineEnd());
+        int const label = ReadLabel(reader, fields, "an element label", "LABEL, NODE, NODE, ...");
+        if (!labels.Insert(label, model.ElementCount())) {
+            reader.Fail("element " + std::to_string(label) +
+                        " is defined a second time; expected each label once");
+        }
+        ReadNodeLabels(reader, fields, type, label, nodes);
+        int const ordinal = model.NewElement();
+        if (!deferred) {
+            if (FindNodes(translation.NodeLabels(), type.nodes, nodes, ordinals) < 0) {
+                model.SetNodes(elements, ordinal, ordinals);
+            } else {
+                deferred = true;
+                translation.Defer(reader, place, nullptr, [&type](Translation& again, DeckReader& from) {
+                    ReadDeferredElements(again, from, type);
+                });
+            }
+        }
+        if (lines % kBreath == 0) translation.Breathe(reader);
+    }
+    int const count = model.ElementCount() - first;
+    if (count > 0) translation.AddElements(set, first, count, 1);
+}
+
+}  // namespace kov::tool

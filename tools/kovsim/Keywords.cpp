@@ -1,0 +1,91 @@
+#include "Keywords.h"
+
+#include <algorithm>
+
+#include "KOVSrvKeywordParameterReader.h"
+#include "Names.h"
+
+namespace kov::tool {
+namespace {
+
+template <KeywordHandler Handler>
+void Call(KOVString const&, KOVSrvKeywordParser::Parameters const&, KOVSrvKeywordParser&, void* userData) {
+    auto const& call = *static_cast<KeywordCall const*>(userData);
+    Handler(call.translation, call.reader, *call.line);
+}
+
+constexpr KeywordEntry kKeywords[] = {
+    {"heading", &Call<ReadHeading>}, {"node", &Call<ReadNodes>},        {"element", &Call<ReadElements>},
+    {"nset", &Call<ReadNodeSet>},    {"elset", &Call<ReadElementSet>},  {"include", &Call<ReadInclude>},
+};
+
+std::string UpperCase(std::string text) {
+    for (char& c : text) {
+        if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
+    }
+    return text;
+}
+
+}  // namespace
+
+std::span<KeywordEntry const> KeywordTable() { return kKeywords; }
+
+std::string ShownKeyword(KeywordLine const& line) { return "*" + UpperCase(Shown(View(line.keyword))); }
+
+KeywordParameters::KeywordParameters(DeckReader const& reader, KeywordLine const& line,
+                                     std::initializer_list<char const*> keys)
+    : m_reader(reader), m_line(line) {
+    std::vector<char const*> allowed(keys);
+    allowed.push_back(nullptr);
+    KOVSrvKeywordParameterReader parameters(line.parameters, allowed.data());
+    int index = 0;
+    for (parameters.First(); !parameters.IsDone(); parameters.Next(), ++index) {
+        std::string const given = Plain(line.parameters.ConstGet(index));
+        std::string const key = Plain(parameters.CurrentKey());
+        std::string const shown = Shown(given.substr(0, given.find('=')));
+        if (key.empty()) {
+            std::string known;
+            for (char const* const name : keys) known += (known.empty() ? "" : ", ") + UpperCase(name);
+            reader.FailAt(line.line, ShownKeyword(line) + " has no parameter '" + shown + "'; expected " +
+                                         (known.empty() ? "none" : known));
+        }
+        if (Find(key.c_str()) != nullptr) {
+            reader.FailAt(line.line, "parameter " + UpperCase(key) + " is given twice; expected it once");
+        }
+        std::string value = Plain(parameters.CurrentValueAsString());
+        if (!Unquote(value)) {
+            reader.FailAt(line.line, "the quotes of parameter " + UpperCase(key) + " are not closed");
+        }
+        m_values.emplace_back(key, value);
+    }
+}
+
+std::string const* KeywordParameters::Find(char const* key) const {
+    auto const found = std::find_if(m_values.begin(), m_values.end(),
+                                    [key](auto const& value) { return value.first == key; });
+    return found == m_values.end() ? nullptr : &found->second;
+}
+
+std::string KeywordParameters::Value(char const* key) const {
+    std::string const* const value = Find(key);
+    if (value == nullptr) return {};
+    if (value->empty()) {
+        m_reader.FailAt(m_line.line, "parameter " + UpperCase(key) + " has no value; expected " +
+                                         UpperCase(key) + "=...");
+    }
+    return *value;
+}
+
+std::string KeywordParameters::Required(char const* key) const {
+    if (Find(key) == nullptr) {
+        m_reader.FailAt(m_line.line, ShownKeyword(m_line) + " without " + UpperCase(key) + "; expected " +
+                                         ShownKeyword(m_line) + ", " + UpperCase(key) + "=...");
+    }
+    return Value(key);
+}
+
+void RefuseData(DeckReader& reader, KeywordLine const& line) {
+    if (reader.NextData()) reader.Fail("a data line behind " + ShownKeyword(line) + "; expected a keyword");
+}
+
+}  // namespace kov::tool

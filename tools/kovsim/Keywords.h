@@ -1,0 +1,66 @@
+// Keywords: the keyword classes that a deck may hold.
+#pragma once
+
+#include <initializer_list>
+#include <span>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "DeckReader.h"
+#include "Translation.h"
+
+namespace kov::tool {
+
+/// Reads one keyword: its parameters, and its data lines up to the next keyword.
+using KeywordHandler = void (*)(Translation&, DeckReader&, KeywordLine const&);
+
+/// One keyword class, as the parser is told of it.
+struct KeywordEntry {
+    char const* name;  ///< lower case, without blanks
+    KOVSrvKeywordCallback callback;
+};
+std::span<KeywordEntry const> KeywordTable();
+
+/// What a callback finds behind the parser's user pointer.
+struct KeywordCall {
+    Translation& translation;
+    DeckReader& reader;
+    KeywordLine const* line;
+};
+
+/// The parameters of one keyword line, resolved against the allowed names, which may be abbreviated. Unknown names, names
+/// given twice and quotes that are not closed are errors at the keyword's line.
+class KeywordParameters {
+  public:
+    /// `keys`: allowed names in lower case.
+    KeywordParameters(DeckReader const& reader, KeywordLine const& line, std::initializer_list<char const*> keys);
+
+    bool Has(char const* key) const { return Find(key) != nullptr; }
+    /// The value without its quotes; empty if the parameter is absent. With the parameter there, a value is asked for.
+    std::string Value(char const* key) const;
+    /// The same for a parameter that has to be there.
+    std::string Required(char const* key) const;
+
+  private:
+    std::string const* Find(char const* key) const;
+
+    DeckReader const& m_reader;
+    KeywordLine const& m_line;
+    std::vector<std::pair<std::string, std::string>> m_values;
+};
+
+/// The keyword as users write it, for messages.
+std::string ShownKeyword(KeywordLine const& line);
+
+void ReadHeading(Translation& translation, DeckReader& reader, KeywordLine const& line);
+void ReadNodes(Translation& translation, DeckReader& reader, KeywordLine const& line);
+void ReadElements(Translation& translation, DeckReader& reader, KeywordLine const& line);
+void ReadNodeSet(Translation& translation, DeckReader& reader, KeywordLine const& line);
+void ReadElementSet(Translation& translation, DeckReader& reader, KeywordLine const& line);
+void ReadInclude(Translation& translation, DeckReader& reader, KeywordLine const& line);
+
+/// Throws if a data line comes next.
+void RefuseData(DeckReader& reader, KeywordLine const& line);
+
+}  // namespace kov::tool

@@ -1,0 +1,95 @@
+// ModelWriter: puts nodes and elements into a document in blocks, so that a mesh of any size passes through bounded memory.
+//
+// Ordinals are given out densely, in the order of the calls. Everything happens in one transaction of the caller's; after
+// Finish() the caller commits.
+#pragma once
+
+#include <deque>
+#include <string>
+#include <vector>
+
+#include "ElementTypes.h"
+#include "KOVObjDocument.h"
+#include "KOVObjMesh.h"
+#include "KOVSimCollection.h"
+#include "KOVSimTransaction.h"
+#include "KOVSrvElementConnectivity.h"
+#include "KOVSrvNodalCoordinates.h"
+#include "LabelTable.h"
+#include "SetTable.h"
+
+namespace kov::tool {
+
+/// The elements of one type, while they are written.
+struct TypeElements {
+    ElementType const* type = nullptr;
+    KOVSimPosition specification;
+    KOVSimCSetID positions;     ///< the connectivity positions 0 to nodes - 1
+    std::vector<int> ordinals;  ///< of elements not yet in the document, ascending
+    std::vector<int> nodes;     ///< their node ordinals, `type->nodes` for each
+    SetMembers members;         ///< all elements of the type
+    int count = 0;
+};
+
+class ModelWriter {
+  public:
+    /// A block of so many nodes or elements goes to the document at once.
+    static constexpr int kBlock = 100'000;
+
+    ModelWriter(KOVObjDocument const& document, KOVSimTransaction& transaction);
+
+    /// Adds a node and gives its ordinal. `xyz`: 3 numbers, in the model's length unit.
+    int AddNode(double const* xyz) {
+        m_coordinates.insert(m_coordinates.end(), xyz, xyz + 3);
+        int const ordinal = m_nodes++;
+        if (m_nodes - m_writtenNodes == kBlock) WriteNodes();
+        return ordinal;
+    }
+    /// The coordinates of `count` nodes, in any order, none twice: `out` holds 3 numbers for each.
+    void ReadNodes(int const* ordinals, int count, double* out);
+    int NodeCount() const { return m_nodes; }
+
+    /// A new element's ordinal; its nodes may follow later.
+    int NewElement() { return m_elements++; }
+    int ElementCount() const { return m_elements; }
+    /// The elements of a type; the element specification is made at the first call.
+    TypeElements& Elements(ElementType const& type);
+    /// Gives an element its nodes: `type.nodes` ordinals of nodes. Once for each element.
+    void SetNodes(TypeElements& elements, int ordinal, int const* nodes);
+    std::deque<TypeElements> const& Types() const { return m_types; }
+
+    /// The collections, as large as the ordinals given out so far ask for.
+    KOVSimCollection& NodeCollection();
+    KOVSimCollection& ElementCollection();
+
+    /// Writes what is left, the element specification assignment, the sets and the labels, which are taken out of their
+    /// tables. `heading` may be empty.
+    void Finish(std::string const& heading, SetTable& nodeSets, SetTable& elementSets, LabelTable& nodeLabels,
+                LabelTable& elementLabels);
+
+  private:
+    void WriteNodes();
+    void WriteElements(TypeElements& elements);
+    void WriteAllElements();
+    void WriteAssignment();
+    void WriteSets(SetTable& sets, int map, KOVSimCollection& collection);
+
+    KOVObjDocument m_document;
+    KOVSimTransaction& m_transaction;
+    KOVObjMesh m_mesh;
+    KOVSimCollection m_nodeCollection;
+    KOVSimCollection m_elementCollection;
+    KOVSimCollection m_positionCollection;
+    KOVSimCSetID m_components;
+    KOVSrvNodalCoordinates m_nodalCoordinates;
+    KOVSrvElementConnectivity m_connectivity;
+
+    std::vector<double> m_coordinates;  ///< of the nodes from m_writtenNodes on
+    int m_writtenNodes = 0;
+    int m_nodes = 0;
+    int m_elements = 0;
+    std::deque<TypeElements> m_types;
+    std::size_t m_pending = 0;  ///< node ordinals that wait, over all types
+};
+
+}  // namespace kov::tool

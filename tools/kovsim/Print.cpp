@@ -1,0 +1,15 @@
+#include <cerrno>
+#include <cstdio>
+#include <system_error>
+
+#include "Commands.h"
+#include "Failure.h"
+
+namespace kov::tool {
+
+void Print(std::string const& text) {
+    if (std::fwrite(text.data(), 1, text.size(), stdout) == text.size() && std::fflush(stdout) == 0) return;
+    throw Failure("cannot write to standard output: " + std::generic_category().message(errno));
+}
+
+}  // namespace kov::tool

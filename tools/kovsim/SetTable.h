@@ -1,0 +1,85 @@
+// SetTable: the named sets of nodes, or of elements, while a deck is read. Names compare without regard to case; a set keeps
+// the case in which its name came first, and its members may come from several keywords.
+//
+// Members are gathered as runs of ordinals, so that a generated set of any size is one entry. Where runs become many they
+// are folded into a set of the collection, which keeps scattered members in two bytes or less each.
+#pragma once
+
+#include <cstdint>
+#include <deque>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "KOVSimCSet.h"
+#include "KOVSimCollection.h"
+
+namespace kov::tool {
+
+/// The ordinals first, first + stride, ...
+struct OrdinalRun {
+    int first;
+    int count;
+    int stride;
+};
+
+/// Members of one collection, gathered in any order.
+class SetMembers {
+  public:
+    void Add(int ordinal) { Add(ordinal, 1, 1); }
+    void Add(int first, int count, int stride);
+    /// Adds a set as it stands.
+    void Add(KOVSimCSet const& set);
+
+    std::size_t Runs() const { return m_runs.size(); }
+    /// All members as a value. They must lie inside the collection.
+    KOVSimCSet const& Fold(KOVSimCollection const& collection);
+    /// A stored set of all members; in a transaction.
+    KOVSimCSetID Store(KOVSimCollection& collection);
+
+  private:
+    std::vector<OrdinalRun> m_runs;
+    KOVSimCSet m_folded;
+};
+
+struct NamedSet {
+    std::string name;  ///< as it was typed first
+    SetMembers members;
+    std::vector<std::size_t> deferred;  ///< numbers of the blocks of members that wait for the second pass
+    bool resolving = false;  ///< such a block is being read: a reference to the set leads back to itself
+};
+
+class SetTable {
+  public:
+    /// The set of that name; null if there is none.
+    NamedSet* Find(std::string_view name);
+    /// The same, made if there is none.
+    NamedSet& FindOrMake(std::string_view name);
+
+    /// Adds members to a set, in bounded memory over all sets: `collection` holds all ordinals given so far.
+    template <class Collection>
+    void Add(NamedSet& set, int first, int count, int stride, Collection&& collection) {
+        std::size_t const before = set.members.Runs();
+        set.members.Add(first, count, stride);
+        m_runs += set.members.Runs() - before;
+        if (m_runs > kMostRuns) FoldAll(collection());
+    }
+
+    std::size_t Size() const { return m_sets.size(); }
+    /// All sets, in the order in which they came first.
+    std::deque<NamedSet>& Sets() { return m_sets; }
+    std::deque<NamedSet> const& Sets() const { return m_sets; }
+
+  private:
+    // 12 MB over all sets.
+    static constexpr std::size_t kMostRuns = 1'000'000;
+
+    void FoldAll(KOVSimCollection const& collection);
+
+    std::deque<NamedSet> m_sets;
+    std::unordered_map<std::string, NamedSet*> m_byName;  ///< key: the name in lower case
+    std::size_t m_runs = 0;
+};
+
+}  // namespace kov::tool

@@ -1,0 +1,68 @@
+// VtuWriter: a VTU file of one piece, with all arrays appended as raw bytes behind the XML part.
+//
+// The sizes of all arrays are told first, so that the XML part with its offsets can be written at once; then each array
+// streams into the file through one buffer, however large it is.
+//
+//     VtuWriter file(path);  file.Add(...) for each array;  file.Write(points, cells)
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <unordered_set>
+#include <vector>
+
+namespace kov::tool {
+
+enum class VtuGroup { PointData, CellData, Points, Cells };
+
+class VtuWriter {
+  public:
+    /// Makes the file; throws Failure if it cannot.
+    explicit VtuWriter(std::string path);
+    ~VtuWriter();
+    VtuWriter(VtuWriter const&) = delete;
+    VtuWriter& operator=(VtuWriter const&) = delete;
+
+    /// Announces an array of `bytes` bytes, which `write` will give through Append. `type`: a name of the format such as
+    /// "Float64". Names within a group become unique by a number behind them.
+    void Add(VtuGroup group, std::string_view name, char const* type, int components, std::int64_t bytes,
+             std::function<void(VtuWriter&)> write);
+    /// Announces a list of texts that belongs to the whole file.
+    void AddTexts(std::string_view name, std::vector<std::string> texts);
+
+    /// Writes everything and makes it lasting.
+    void Write(std::int64_t points, std::int64_t cells);
+
+    /// Only from within a `write` function: the next bytes of its array.
+    void Append(void const* data, std::size_t bytes);
+
+  private:
+    struct Array {
+        VtuGroup group;
+        std::string name;
+        char const* type;
+        int components;
+        std::int64_t bytes;
+        std::function<void(VtuWriter&)> write;
+    };
+
+    std::string Head(std::int64_t points, std::int64_t cells) const;
+    void Flush();
+
+    std::string m_path;
+    int m_descriptor;
+    std::vector<Array> m_arrays;
+    std::vector<std::pair<std::string, std::vector<std::string>>> m_texts;
+    std::unordered_set<std::string> m_names;
+    std::unique_ptr<char[]> m_buffer;
+    std::size_t m_filled = 0;
+    std::int64_t m_left = 0;  ///< bytes that the array at hand still owes
+};
+
+/// Text for an XML attribute: markup escaped; control characters and bytes that are no UTF-8 become '?'.
+std::string XmlText(std::string_view text);
+
+}  // namespace kov::tool

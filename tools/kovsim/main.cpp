@@ -1,0 +1,58 @@
+// kovsim: keyword decks into documents, and what is in documents.
+
+#include <CLI/CLI.hpp>
+#include <cstdio>
+#include <exception>
+#include <new>
+#include <string>
+
+#include "Commands.h"
+#include "Failure.h"
+#include "Interrupt.h"
+
+namespace {
+
+int Run(int argc, char** argv) {
+    CLI::App app("Translates keyword decks into documents, and shows, verifies and exports documents.", "kovsim");
+    app.set_version_flag("--version", std::string("kovsim ") + KOV_VERSION);
+    app.require_subcommand(1);
+    app.footer("Exit status: 0 fine, 1 the answer is no, 2 could not be done.");
+    kov::tool::Action action;
+    kov::tool::AddTranslate(app, action);
+    kov::tool::AddInfo(app, action);
+    kov::tool::AddVerify(app, action);
+    kov::tool::AddCompact(app, action);
+    kov::tool::AddExport(app, action);
+    kov::tool::AddMonitor(app, action);
+    try {
+        app.parse(argc, argv);
+    } catch (CLI::ParseError const& error) {
+        if (error.get_exit_code() == 0) return app.exit(error);
+        std::fprintf(stderr, "kovsim: %s (see kovsim --help)\n", error.what());
+        return 2;
+    }
+    kov::tool::CatchInterrupts();
+    return action();
+}
+
+int Report(char const* text) {
+    std::fprintf(stderr, "kovsim: %s\n", text);
+    return 2;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    int interrupt = 0;
+    try {
+        return Run(argc, argv);
+    } catch (kov::tool::Interruption const& interruption) {
+        Report(interruption.what());
+        interrupt = interruption.Signal();
+    } catch (std::bad_alloc const&) {
+        return Report("out of memory");
+    } catch (std::exception const& error) {
+        return Report(error.what());
+    }
+    kov::tool::EndBySignal(interrupt);
+}
