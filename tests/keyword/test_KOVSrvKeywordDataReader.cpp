@@ -141,6 +141,13 @@ TEST(KOVSrvKeywordDataReader, DoublesAreReadAsStrtodReadsThem) {
         std::snprintf(text, sizeof text, i % 2 ? "%.17g" : "%.7E", number);
         texts.push_back(text);
     }
+    for (int i = 0; i < 100000; ++i) {
+        // Short numbers in all spellings, and texts that are close to one.
+        std::string text;
+        int const length = 1 + static_cast<int>(random() % 24);
+        for (int k = 0; k < length; ++k) text += "0123456789012345678900..eE+-"[random() % 28];
+        texts.push_back(text);
+    }
     for (std::string const& text : texts) {
         Line line(text + ",5");
         double const read = line.reader.ReadDouble(7);

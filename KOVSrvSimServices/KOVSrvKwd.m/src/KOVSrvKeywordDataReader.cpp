@@ -1,17 +1,11 @@
 #include "KOVSrvKeywordDataReader.h"
 
-#include <cctype>
-#include <cstring>
-
 #include "KOVAssert.h"
+#include "KOVSrvKeywordCharacters.h"
 #include "KOVSrvKeywordNumbers.h"
 #include "KOVSrvKeywordParser.h"
 
-namespace {
-
-bool IsSpace(char c) { return std::isspace(static_cast<unsigned char>(c)) != 0; }
-
-}  // namespace
+using kov::keyword::IsSpace;
 
 KOVSrvKeywordDataReader::KOVSrvKeywordDataReader(KOVSrvKeywordParser& parser)
     : m_lineNumber(parser.LineNumber()), m_parser(parser) {}

@@ -1,14 +1,15 @@
 #include "KOVSrvKeywordParser.h"
 
-#include <cctype>
 #include <cstring>
 
 #include "KOVAssert.h"
 #include "KOVSimBtreeIterator.h"
+#include "KOVSrvKeywordCharacters.h"
+
+using kov::keyword::IsLetter;
+using kov::keyword::IsSpace;
 
 namespace {
-
-bool IsSpace(char c) { return std::isspace(static_cast<unsigned char>(c)) != 0; }
 
 // The blanks that Readline takes away. The newline is not among them: it stays at the end of a
 // line.
@@ -111,7 +112,7 @@ bool KOVSrvKeywordParser::IsKeyword(char const* line) const {
     if (*line != '*') return false;
     ++line;
     while (IsSpace(*line)) ++line;
-    return std::isalpha(static_cast<unsigned char>(*line)) != 0;
+    return IsLetter(*line);
 }
 
 bool KOVSrvKeywordParser::ParseParameter(char const* line, int& position, KOVString& value) {
