@@ -129,3 +129,14 @@ class KOV_EXPORT KOVSimPosition {
   private:
     KOVSimDynamicID m_id;
 };
+
+template <class K>
+struct KOVBasStandardComparitor;
+
+/// Positions as keys of a KOVBasMap are ordered by their identities.
+template <>
+struct KOVBasStandardComparitor<KOVSimPosition> {
+    static int Compare(KOVSimPosition const& a, KOVSimPosition const& b) {
+        return a.ID().Compare(b.ID());
+    }
+};

@@ -8,6 +8,7 @@
 #include "BtreeModel.h"
 #include "KOVSimBtree.h"
 #include "KOVSimBtreeIterator.h"
+#include "KOVSimDynamicID.h"
 
 namespace {
 
@@ -174,6 +175,21 @@ TEST(KOVSimBtree, ClearLeavesAnEmptyTreeThatCanBeFilledAgain) {
     EXPECT_EQ(tree.NumberOfKeys(), 0);
     EXPECT_EQ(tree.Root(), nullptr);
     EXPECT_TRUE(tree.Insert("a", 1, false));
+}
+
+TEST(KOVSimBtree, IdentitiesAreKeysToo) {
+    KOVSimDynamicID id;
+    id.category = 1;
+    KOVSimBtree<KOVSimDynamicID, int> tree;
+    for (int i = 9; i >= 0; --i) {
+        id.data.minor = i;
+        EXPECT_TRUE(tree.Insert(id, i, false));
+    }
+    EXPECT_FALSE(tree.Insert(id, 7, false));
+    KOVSimBtreeIterator<KOVSimDynamicID, int> at(tree);
+    int expected = 0;
+    for (at.First(); !at.IsDone(); at.Next()) EXPECT_EQ(at.CurrentValue(), expected++);
+    EXPECT_EQ(expected, 10);
 }
 
 TEST(KOVSimBtreeIterator, IsFinishedOnAnEmptyTreeRightAfterFirstAndLast) {

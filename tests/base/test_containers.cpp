@@ -12,6 +12,7 @@
 #include "KOVBasPair.h"
 #include "KOVBasVector.h"
 #include "KOVSimArray.h"
+#include "KOVSimPosition.h"
 #include "KOVString.h"
 
 namespace {
@@ -244,6 +245,21 @@ TEST(KOVBasMap, TheOrderIsThatOfTheComparitor) {
     EXPECT_FALSE(map.InsertUnique(ByTens{19}, 2));
     EXPECT_EQ(*map.Find(ByTens{10}), 1);
     EXPECT_EQ(map.Find(ByTens{20}), nullptr);
+}
+
+TEST(KOVBasMap, PositionsAreOrderedByTheirIdentities) {
+    KOVSimDynamicID low;
+    low.category = 1;
+    low.data.minor = 3;
+    KOVSimDynamicID high(low);
+    high.data.minor = 4;
+    ASSERT_LT(low.Compare(high), 0);
+    KOVBasMap<KOVSimPosition, int> map;
+    EXPECT_TRUE(map.InsertUnique(KOVSimPosition(high), 2));
+    EXPECT_TRUE(map.InsertUnique(KOVSimPosition(low), 1));
+    EXPECT_FALSE(map.InsertUnique(KOVSimPosition(high), 3));
+    EXPECT_EQ(map.begin()->second, 1);
+    EXPECT_EQ(*map.Find(KOVSimPosition(high)), 2);
 }
 
 TEST(KOVBasMap, ClearAndCopy) {
