@@ -28,7 +28,6 @@ TYPES = {
     9: (vtk.VTK_QUADRATIC_TRIANGLE, range(6)),
     11: (vtk.VTK_QUADRATIC_TETRA, [0, 1, 2, 3, 4, 5, 6, 7, 9, 8]),
 }
-LABEL_NAMES = ("Label", "label", "Labels", "labels")
 INTERNAL_ENTITIES = {2: "Surface", 3: "Volume"}
 
 
@@ -67,13 +66,12 @@ def arrays(attributes):
             for i in range(attributes.GetNumberOfArrays())}
 
 
-def split_labels(found, what):
-    """Takes the array of labels out; the rest are sets, by their names without a prefix."""
-    for name in LABEL_NAMES:
-        if name in found:
-            labels = found.pop(name).astype(np.int64)
-            return labels, {key.split(":")[-1].upper(): value for key, value in found.items()}
-    sys.exit(f"compare-with-gmsh.py: no array of {what} labels among {sorted(found)}")
+def split_labels(found, name):
+    """Takes the array of labels out; arrays of bytes are sets, and other arrays no matter here."""
+    if name not in found:
+        sys.exit(f"compare-with-gmsh.py: no array {name} among {sorted(found)}")
+    return found[name].astype(np.int64), \
+        {key.upper(): value for key, value in found.items() if value.dtype == np.uint8}
 
 
 def read_vtu(path):
@@ -154,8 +152,8 @@ def main():
         sys.exit(__doc__)
     points, cells, node_sets, element_sets = read_gmsh(sys.argv[1])
     grid = read_vtu(sys.argv[2])
-    point_labels, exported_node_sets = split_labels(arrays(grid.GetPointData()), "point")
-    cell_labels, exported_element_sets = split_labels(arrays(grid.GetCellData()), "cell")
+    point_labels, exported_node_sets = split_labels(arrays(grid.GetPointData()), "NodeLabel")
+    cell_labels, exported_element_sets = split_labels(arrays(grid.GetCellData()), "ElementLabel")
 
     findings = Findings()
     compare_points(findings, points, grid, point_labels)

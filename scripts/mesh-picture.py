@@ -24,10 +24,10 @@ def read(path):
 
 
 def set_array(grid, name):
-    """The array of an element set, with or without a prefix to its name."""
+    """The array of an element set, or nothing."""
     cells = grid.GetCellData()
     for i in range(cells.GetNumberOfArrays()):
-        if cells.GetArrayName(i).split(":")[-1].upper() == name:
+        if cells.GetArrayName(i).upper() == name:
             return vtk_to_numpy(cells.GetArray(i)) != 0
     return None
 
