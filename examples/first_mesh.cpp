@@ -48,7 +48,7 @@ void Read(char const* path) {
     KOVObjDocument const document = KOVObjDocument::Open(path, KOVObjDocument::ReadOnly);
     KOVSimCSet const base =
         document.GetModel().GetMap(schema::Model_nodeSets()).Find("BASE").CSet();
-    KOVSrvNodalCoordinates const coordinates(document.GetMesh().GetCoordinates(), 0);
+    KOVSrvNodalCoordinates const coordinates(KOVObjMesh(document.GetMesh()).GetCoordinates(), 0);
     double points[9];
     coordinates.Read(base, coordinates.Components(), points);
     for (int i = 0; i < base.Size(); ++i)
