@@ -41,8 +41,8 @@ int Compact(Options const& options) {
         json.Member("supersededBefore", static_cast<long>(before.supersededBytes)).EndObject();
         Print(json.Text());
     } else {
-        Print(options.document + " -> " + options.output + "\n" + std::to_string(bytesBefore) + " bytes before, " +
-              std::to_string(bytesAfter) + " after\n");
+        Print(options.document + " -> " + options.output + "\n" + std::to_string(bytesBefore) +
+              " bytes before, " + std::to_string(bytesAfter) + " after\n");
     }
     return 0;
 }
@@ -51,7 +51,8 @@ int Compact(Options const& options) {
 
 void AddCompact(CLI::App& app, Action& action) {
     auto const options = std::make_shared<Options>();
-    CLI::App* const command = app.add_subcommand("compact", "Write a document again without superseded bytes");
+    CLI::App* const command =
+        app.add_subcommand("compact", "Write a document again without superseded bytes");
     command->add_option("MODEL", options->document, "The document to read")->required();
     command->add_option("-o,--output", options->output, "The document to make")->required();
     command->add_flag("--json", options->json, "Print the sizes as JSON");

@@ -37,8 +37,9 @@ int Export(Options const& options) {
         json.Member("seconds", seconds.count()).EndObject();
         Print(json.Text());
     } else {
-        Print(options.document + " -> " + options.output + "\n" + std::to_string(summary.points) + " points, " +
-              std::to_string(summary.cells) + " cells, " + std::to_string(summary.nodeSets) + " node sets, " +
+        Print(options.document + " -> " + options.output + "\n" + std::to_string(summary.points) +
+              " points, " + std::to_string(summary.cells) + " cells, " +
+              std::to_string(summary.nodeSets) + " node sets, " +
               std::to_string(summary.elementSets) + " element sets\n");
     }
     return 0;
@@ -48,13 +49,16 @@ int Export(Options const& options) {
 
 void AddExport(CLI::App& app, Action& action) {
     auto const options = std::make_shared<Options>();
-    CLI::App* const command = app.add_subcommand("export", "Write the mesh as a VTU file for viewers");
+    CLI::App* const command =
+        app.add_subcommand("export", "Write the mesh as a VTU file for viewers");
     command->add_option("MODEL", options->document, "The document")->required();
-    command->add_option("-o,--output", options->output, "The file to make, such as FILE.vtu")->required();
+    command->add_option("-o,--output", options->output, "The file to make, such as FILE.vtu")
+        ->required();
     command->add_flag("--no-sets", options->noSets, "Leave out the arrays of the sets");
     command->add_flag("--json", options->json, "Print the summary as JSON");
     command->footer(
-        "Points carry NodeLabel, cells ElementLabel and ElementType (an index into ElementTypeNames);\n"
+        "Points carry NodeLabel, cells ElementLabel and ElementType (an index into "
+        "ElementTypeNames);\n"
         "each set is an array of its name, 1 for its members and 0 for all others.");
     command->callback([options, &action] { action = [options] { return Export(*options); }; });
 }

@@ -56,7 +56,8 @@ SetOverview LookAtSets(KOVObjDocument const& document, int map) {
     return overview;
 }
 
-// Instances of nodes and of elements, each name once. The model's own labels stand under the empty name.
+// Instances of nodes and of elements, each name once. The model's own labels stand under the empty
+// name.
 std::vector<std::string> Instances(KOVObjDocument const& document) {
     std::vector<std::string> names;
     for (auto const type : {KOVObjLabelerNodes, KOVObjLabelerElements}) {
@@ -93,7 +94,8 @@ Overview LookAt(KOVObjDocument const& document) {
 
 void AddSets(Json& json, char const* name, SetOverview const& sets) {
     json.Key(name).BeginObject().Member("count", static_cast<long>(sets.count));
-    if (sets.count > 0) json.Member("biggest", sets.biggest).Member("biggestSize", sets.biggestSize);
+    if (sets.count > 0)
+        json.Member("biggest", sets.biggest).Member("biggestSize", sets.biggestSize);
     json.EndObject();
 }
 
@@ -115,13 +117,18 @@ std::string JsonText(Options const& options, Overview const& overview) {
     json.EndArray();
     json.Key("steps").BeginArray();
     for (JobStep const& step : overview.steps) {
-        json.BeginObject().Member("name", step.name).Member("conditions", step.conditions).EndObject();
+        json.BeginObject()
+            .Member("name", step.name)
+            .Member("conditions", step.conditions)
+            .EndObject();
     }
     json.EndArray();
     json.Key("jobStatus");
     overview.hasStatus ? json.Value(overview.status) : json.Null();
     KOVObjDocumentStatistics const& sizes = overview.sizes;
-    auto const number = [&json](char const* name, std::int64_t value) { json.Member(name, static_cast<long>(value)); };
+    auto const number = [&json](char const* name, std::int64_t value) {
+        json.Member(name, static_cast<long>(value));
+    };
     number("distributions", sizes.distributions);
     number("drawers", sizes.drawers);
     number("records", sizes.records);
@@ -171,7 +178,8 @@ std::string PlainText(Options const& options, Overview const& overview) {
     table.Line("document", options.document);
     std::size_t begin = 0;
     while (begin < overview.heading.size()) {
-        std::size_t const end = std::min(overview.heading.find('\n', begin), overview.heading.size());
+        std::size_t const end =
+            std::min(overview.heading.find('\n', begin), overview.heading.size());
         table.Line(begin == 0 ? "heading" : "", overview.heading.substr(begin, end - begin));
         begin = end + 1;
     }
@@ -183,7 +191,8 @@ std::string PlainText(Options const& options, Overview const& overview) {
     }
     auto const sets = [&table](char const* name, SetOverview const& of) {
         std::string const remark =
-            of.count == 0 ? "" : "biggest '" + of.biggest + "' with " + std::to_string(of.biggestSize);
+            of.count == 0 ? ""
+                          : "biggest '" + of.biggest + "' with " + std::to_string(of.biggestSize);
         table.Line(name, static_cast<long>(of.count), remark);
     };
     sets("node sets", overview.nodeSets);
@@ -195,7 +204,8 @@ std::string PlainText(Options const& options, Overview const& overview) {
     table.Line("instances", static_cast<long>(overview.instances.size()), named);
     table.Line("steps", static_cast<long>(overview.steps.size()));
     for (JobStep const& step : overview.steps) {
-        table.Line("  " + step.name, step.conditions, step.conditions == 1 ? "condition" : "conditions");
+        table.Line("  " + step.name, step.conditions,
+                   step.conditions == 1 ? "condition" : "conditions");
     }
     if (overview.hasStatus) table.Line("job status", overview.status);
     KOVObjDocumentStatistics const& sizes = overview.sizes;
@@ -205,7 +215,8 @@ std::string PlainText(Options const& options, Overview const& overview) {
     table.Line("stored sets", sizes.sets);
     table.Line("commits", sizes.commits);
     table.Line("bytes", sizes.catalogueBytes + sizes.bulkBytes,
-               std::to_string(sizes.catalogueBytes) + " catalogue, " + std::to_string(sizes.bulkBytes) + " bulk");
+               std::to_string(sizes.catalogueBytes) + " catalogue, " +
+                   std::to_string(sizes.bulkBytes) + " bulk");
     table.Line("superseded bytes", sizes.supersededBytes);
     return table.Text();
 }

@@ -29,7 +29,8 @@ struct Options {
 // What was told already. Each look at the document prints what is new: one line for each event.
 class Monitor {
   public:
-    explicit Monitor(Options const& options) : m_options(options), m_document(OpenForReading(options.document)) {}
+    explicit Monitor(Options const& options)
+        : m_options(options), m_document(OpenForReading(options.document)) {}
 
     int Run() {
         Look();
@@ -49,7 +50,8 @@ class Monitor {
         while (PendingInterrupt() == 0) {
             auto const left = end - Clock::now();
             if (left <= Clock::duration::zero()) return true;
-            std::this_thread::sleep_for(std::min<Clock::duration>(left, std::chrono::milliseconds(50)));
+            std::this_thread::sleep_for(
+                std::min<Clock::duration>(left, std::chrono::milliseconds(50)));
         }
         return false;
     }
@@ -58,13 +60,16 @@ class Monitor {
         int status = 0;
         if (ReadJobStatus(m_document, status) && m_status != status) {
             m_status = status;
-            Tell("status", [status](Json& json) { json.Member("status", status); }, "status " + std::to_string(status));
+            Tell(
+                "status", [status](Json& json) { json.Member("status", status); },
+                "status " + std::to_string(status));
         }
         std::vector<JobStep> const steps = JobSteps(m_document);
         JobStep const* const current = CurrentStep(steps);
         if (current != nullptr && m_step != current->name) {
             m_step = current->name;
-            Tell("step", [this](Json& json) { json.Member("step", *m_step); }, "step " + *m_step);
+            Tell(
+                "step", [this](Json& json) { json.Member("step", *m_step); }, "step " + *m_step);
         }
         for (std::size_t i = 0; i < steps.size(); ++i) {
             int& told = m_told[i];
@@ -85,13 +90,19 @@ class Monitor {
             separator = ", ";
             char number[40];
             switch (argument.kind) {
-                case JobArgument::Kind::Int: text += std::to_string(argument.integer); break;
+                case JobArgument::Kind::Int:
+                    text += std::to_string(argument.integer);
+                    break;
                 case JobArgument::Kind::Double:
                     std::snprintf(number, sizeof number, "%.9g", argument.real);
                     text += number;
                     break;
-                case JobArgument::Kind::Text: text += "\"" + argument.text + "\""; break;
-                case JobArgument::Kind::Other: text += "?"; break;
+                case JobArgument::Kind::Text:
+                    text += "\"" + argument.text + "\"";
+                    break;
+                case JobArgument::Kind::Other:
+                    text += "?";
+                    break;
             }
         }
         auto const fill = [&](Json& json) {
@@ -99,10 +110,18 @@ class Monitor {
             json.Key("arguments").BeginArray();
             for (JobArgument const& argument : condition.arguments) {
                 switch (argument.kind) {
-                    case JobArgument::Kind::Int: json.Value(argument.integer); break;
-                    case JobArgument::Kind::Double: json.Value(argument.real); break;
-                    case JobArgument::Kind::Text: json.Value(argument.text); break;
-                    case JobArgument::Kind::Other: json.Null(); break;
+                    case JobArgument::Kind::Int:
+                        json.Value(argument.integer);
+                        break;
+                    case JobArgument::Kind::Double:
+                        json.Value(argument.real);
+                        break;
+                    case JobArgument::Kind::Text:
+                        json.Value(argument.text);
+                        break;
+                    case JobArgument::Kind::Other:
+                        json.Null();
+                        break;
                 }
             }
             json.EndArray();
@@ -131,8 +150,8 @@ class Monitor {
 
 void AddMonitor(CLI::App& app, Action& action) {
     auto const options = std::make_shared<Options>();
-    CLI::App* const command =
-        app.add_subcommand("monitor", "Follow the status, the current step and the conditions of a running job");
+    CLI::App* const command = app.add_subcommand(
+        "monitor", "Follow the status, the current step and the conditions of a running job");
     command->add_option("MODEL", options->document, "The document that the job writes")->required();
     command->add_flag("--once", options->once, "Tell how things stand, and end");
     command->add_option("--interval", options->interval, "Seconds between two looks")
@@ -140,8 +159,11 @@ void AddMonitor(CLI::App& app, Action& action) {
         ->capture_default_str();
     command->add_option("--until", options->until, "End when the job's status is this number");
     command->add_flag("--json", options->json, "Print each event as one line of JSON");
-    command->footer("The current step is the last one of the sequence that has conditions. Ends with the signal INT.");
-    command->callback([options, &action] { action = [options] { return Monitor(*options).Run(); }; });
+    command->footer(
+        "The current step is the last one of the sequence that has conditions. Ends with the "
+        "signal INT.");
+    command->callback(
+        [options, &action] { action = [options] { return Monitor(*options).Run(); }; });
 }
 
 }  // namespace kov::tool

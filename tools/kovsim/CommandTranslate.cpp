@@ -48,7 +48,8 @@ std::string JsonSummary(Options const& options, TranslationSummary const& summar
     return json.Text();
 }
 
-std::string PlainSummary(Options const& options, TranslationSummary const& summary, double seconds) {
+std::string PlainSummary(Options const& options, TranslationSummary const& summary,
+                         double seconds) {
     std::string text = options.deck + " -> " + options.output + "\n";
     auto const line = [&text](std::string const& name, long count) {
         char row[160];
@@ -63,7 +64,8 @@ std::string PlainSummary(Options const& options, TranslationSummary const& summa
     if (summary.files > 1) line("files", summary.files);
     if (summary.repeatedNodes > 0) line("nodes defined twice", summary.repeatedNodes);
     for (auto const& [keyword, count] : summary.unknownKeywords) line("unknown " + keyword, count);
-    for (auto const& [note, count] : summary.notes) text += std::to_string(count) + " " + note + "\n";
+    for (auto const& [note, count] : summary.notes)
+        text += std::to_string(count) + " " + note + "\n";
     char row[80];
     std::snprintf(row, sizeof row, "%-24s %12.2f\n", "seconds", seconds);
     return text + row;
@@ -79,7 +81,9 @@ int Translate(Options const& options) {
         KOVObjDocument const document = KOVObjDocument::Create(ToKOVString(place.Path()));
         KOVSimTransaction transaction(document.ContextID());
         Translation translation(files, document, transaction,
-                                {options.strict, [&progress](double done, double total) { progress.Show(done, total); }});
+                                {options.strict, [&progress](double done, double total) {
+                                     progress.Show(done, total);
+                                 }});
         summary = translation.Run(options.deck);
         transaction.Commit();
         document.Close();
@@ -95,9 +99,11 @@ int Translate(Options const& options) {
 
 void AddTranslate(CLI::App& app, Action& action) {
     auto const options = std::make_shared<Options>();
-    CLI::App* const command = app.add_subcommand("translate", "Translate a keyword deck into a document");
+    CLI::App* const command =
+        app.add_subcommand("translate", "Translate a keyword deck into a document");
     command->add_option("DECK", options->deck, "The deck to read")->required();
-    command->add_option("-o,--output", options->output, "The document to make, such as MODEL.ksd")->required();
+    command->add_option("-o,--output", options->output, "The document to make, such as MODEL.ksd")
+        ->required();
     command->add_flag("--strict", options->strict, "Take a keyword that is not known for an error");
     command->add_flag("--json", options->json, "Print the summary as JSON");
     command->callback([options, &action] { action = [options] { return Translate(*options); }; });

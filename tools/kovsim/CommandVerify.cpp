@@ -34,7 +34,8 @@ int Verify(Options const& options) {
         json.EndArray().EndObject();
         Print(json.Text());
     } else {
-        Print(options.document + (sound ? ": sound\n" : ": " + std::to_string(findings.size()) + " findings\n"));
+        Print(options.document +
+              (sound ? ": sound\n" : ": " + std::to_string(findings.size()) + " findings\n"));
     }
     return sound ? 0 : 1;
 }

@@ -1,5 +1,6 @@
-// Commands: the subcommands of kovsim. Each Add... function describes one to the command line and, when it is chosen, puts
-// what is to be done into `action`, which gives the exit status: 0 fine, 1 the answer is no. Throwing means 2.
+// Commands: the subcommands of kovsim. Each Add... function describes one to the command line and,
+// when it is chosen, puts what is to be done into `action`, which gives the exit status: 0 fine, 1
+// the answer is no. Throwing means 2.
 #pragma once
 
 #include <functional>

@@ -6,8 +6,8 @@ namespace kov::tool {
 
 using Result = FieldScanner::Result;
 
-void FailLabel(DeckReader const& reader, FieldScanner const& fields, Result result, char const* what,
-               char const* form) {
+void FailLabel(DeckReader const& reader, FieldScanner const& fields, Result result,
+               char const* what, char const* form) {
     if (result == Result::Empty) {
         reader.Fail(std::string(what) + " is missing; expected " + form);
     }
@@ -18,9 +18,12 @@ void FailLabel(DeckReader const& reader, FieldScanner const& fields, Result resu
     reader.Fail(field + " is out of range; expected " + what + " from 1 to 2147483647");
 }
 
-void FailNumber(DeckReader const& reader, FieldScanner const& fields, Result result, char const* what) {
+void FailNumber(DeckReader const& reader, FieldScanner const& fields, Result result,
+                char const* what) {
     std::string const field = "'" + Shown(fields.Field()) + "'";
-    reader.Fail(field + (result == Result::TooLarge ? " is too large a number; expected " : " is no number; expected ") +
+    reader.Fail(field +
+                (result == Result::TooLarge ? " is too large a number; expected "
+                                            : " is no number; expected ") +
                 what);
 }
 

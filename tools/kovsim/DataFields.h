@@ -1,4 +1,5 @@
-// DataFields: fields of a data line with the errors that go with them, shared by the keyword classes.
+// DataFields: fields of a data line with the errors that go with them, shared by the keyword
+// classes.
 #pragma once
 
 #include <string>
@@ -8,15 +9,17 @@
 
 namespace kov::tool {
 
-/// After a field that was no whole number from 1 upward. `what`: "a node label" or the like; `form`: what a line holds.
-[[noreturn]] void FailLabel(DeckReader const& reader, FieldScanner const& fields, FieldScanner::Result result,
-                            char const* what, char const* form);
+/// After a field that was no whole number from 1 upward. `what`: "a node label" or the like;
+/// `form`: what a line holds.
+[[noreturn]] void FailLabel(DeckReader const& reader, FieldScanner const& fields,
+                            FieldScanner::Result result, char const* what, char const* form);
 /// After a field that was no real number.
-[[noreturn]] void FailNumber(DeckReader const& reader, FieldScanner const& fields, FieldScanner::Result result,
-                             char const* what);
+[[noreturn]] void FailNumber(DeckReader const& reader, FieldScanner const& fields,
+                             FieldScanner::Result result, char const* what);
 
 /// A label: a whole number from 1 upward.
-inline int ReadLabel(DeckReader const& reader, FieldScanner& fields, char const* what, char const* form) {
+inline int ReadLabel(DeckReader const& reader, FieldScanner& fields, char const* what,
+                     char const* form) {
     int label = 0;
     auto const result = fields.ReadInt(label);
     if (result != FieldScanner::Result::Value || label < 1) [[unlikely]] {

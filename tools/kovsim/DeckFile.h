@@ -1,5 +1,5 @@
-// Where decks come from: files of the system, or memory for tests and fuzzing; and the C stream that the keyword parser wants
-// over either of them.
+// Where decks come from: files of the system, or memory for tests and fuzzing; and the C stream
+// that the keyword parser wants over either of them.
 #pragma once
 
 #include <cstdint>
@@ -48,8 +48,9 @@ class MemoryFiles : public DeckFiles {
     std::string Identity(std::string const& path) override;
 };
 
-/// A C stream over a deck file. The parser cannot tell a read error from the end of the stream, and takes a zero byte for
-/// the end of a line, so that both are watched for here: the stream ends there, and Fault() says why.
+/// A C stream over a deck file. The parser cannot tell a read error from the end of the stream, and
+/// takes a zero byte for the end of a line, so that both are watched for here: the stream ends
+/// there, and Fault() says why.
 class DeckStream {
   public:
     DeckStream(std::unique_ptr<DeckFile> file, std::int64_t offset);

@@ -21,8 +21,9 @@ DeckReader::DeckReader(DeckFiles& files, std::string path, DeckPlace start, void
       m_parser(m_stream.Stream(), userData),
       m_next(start.offset),
       m_lineNumber(start.linesBefore) {
-    // A line that is put back and taken again begins at the start of the parser's buffer. With that start known, the
-    // leading blanks of every later line can be counted, and so the bytes of the file.
+    // A line that is put back and taken again begins at the start of the parser's buffer. With that
+    // start known, the leading blanks of every later line can be counted, and so the bytes of the
+    // file.
     char const* const first = m_parser.Readline();
     bool const atEnd = m_parser.IsEndOfFile();
     m_parser.Buffer(first);
@@ -72,8 +73,8 @@ void DeckReader::TakeLine(char const* line, std::size_t leading) {
     JoinPieces(line, leading, length);
 }
 
-// Blanks at both ends of a piece are lost, but their number is known, as each piece but the last is of one length: they
-// are replaced by a single one.
+// Blanks at both ends of a piece are lost, but their number is known, as each piece but the last is
+// of one length: they are replaced by a single one.
 void DeckReader::JoinPieces(char const* piece, std::size_t leading, std::size_t length) {
     m_long.assign(piece, length);
     for (;;) {
@@ -120,7 +121,8 @@ bool DeckReader::SkipToKeyword() {
 KOVSrvKeywordCallback DeckReader::TakeKeyword(KeywordLine& keyword, KOVSrvKeywordCallback unknown) {
     NextLine();
     keyword.line = m_lineNumber;
-    std::string const piece(m_line, std::min<std::size_t>(kPiece, static_cast<std::size_t>(m_lineEnd - m_line)));
+    std::string const piece(
+        m_line, std::min<std::size_t>(kPiece, static_cast<std::size_t>(m_lineEnd - m_line)));
     int position = 0;
     bool const exhausted = m_parser.ParseParameter(piece.c_str(), position, keyword.keyword);
     KOVSrvKeywordCallback const callback = m_parser.Lookup(keyword.keyword);
@@ -128,7 +130,8 @@ KOVSrvKeywordCallback DeckReader::TakeKeyword(KeywordLine& keyword, KOVSrvKeywor
     return callback;
 }
 
-// A comma at the end of a line continues the parameters on the next one. A blank line or a keyword line there ends them.
+// A comma at the end of a line continues the parameters on the next one. A blank line or a keyword
+// line there ends them.
 void DeckReader::AddParameters(KeywordLine& keyword, int position) {
     for (;;) {
         if (static_cast<std::size_t>(m_lineEnd - m_line) > kPiece) {

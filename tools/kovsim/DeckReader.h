@@ -1,8 +1,9 @@
 // DeckReader: walks one file of a deck line by line, over the keyword parser.
 //
-// The parser gives a line of more than 255 characters in pieces. Here the pieces are put together again, so that a number on
-// the border is never cut in two and the tail of a long comment is never taken for data. What it adds further: the number and
-// the place of each line in the file, and errors that name them. Keyword lines longer than 255 characters are refused.
+// The parser gives a line of more than 255 characters in pieces. Here the pieces are put together
+// again, so that a number on the border is never cut in two and the tail of a long comment is never
+// taken for data. What it adds further: the number and the place of each line in the file, and
+// errors that name them. Keyword lines longer than 255 characters are refused.
 #pragma once
 
 #include <cstdint>
@@ -29,22 +30,27 @@ struct KeywordLine {
 
 class DeckReader {
   public:
-    /// `userData` is what the parser passes to callbacks. Throws Failure, without the file's name, if it cannot be opened.
+    /// `userData` is what the parser passes to callbacks. Throws Failure, without the file's name,
+    /// if it cannot be opened.
     DeckReader(DeckFiles& files, std::string path, DeckPlace start, void* userData);
 
     std::string const& Path() const { return m_path; }
     KOVSrvKeywordParser& Parser() { return m_parser; }
     std::int64_t Size() const { return m_stream.Size(); }
 
-    /// Takes the next line that is neither comment nor blank. False, and the line stays, if it is a keyword line; false at
-    /// the end too.
+    /// Takes the next line that is neither comment nor blank. False, and the line stays, if it is a
+    /// keyword line; false at the end too.
     bool NextData() {
         while (NextLine()) {
             if (*m_line > '*') return true;
             switch (Classify()) {
-                case Kind::Data: return true;
-                case Kind::Keyword: m_held = true; return false;
-                case Kind::Skipped: break;
+                case Kind::Data:
+                    return true;
+                case Kind::Keyword:
+                    m_held = true;
+                    return false;
+                case Kind::Skipped:
+                    break;
             }
         }
         return false;
@@ -52,11 +58,13 @@ class DeckReader {
     /// Passes over data lines. False at the end, true with a keyword line next.
     bool SkipToKeyword();
 
-    /// Takes the keyword line that is next, with the lines that continue it, and finds its callback. Without parameters
-    /// if the callback is `unknown`, as nothing is known of their form.
+    /// Takes the keyword line that is next, with the lines that continue it, and finds its
+    /// callback. Without parameters if the callback is `unknown`, as nothing is known of their
+    /// form.
     KOVSrvKeywordCallback TakeKeyword(KeywordLine& keyword, KOVSrvKeywordCallback unknown);
 
-    /// The line at hand, [Line, LineEnd), with a zero byte behind; it begins with no blank. It lives until the next call.
+    /// The line at hand, [Line, LineEnd), with a zero byte behind; it begins with no blank. It
+    /// lives until the next call.
     char const* Line() const { return m_line; }
     char const* LineEnd() const { return m_lineEnd; }
     /// Its number, from 1; of the last line at the end of the file.

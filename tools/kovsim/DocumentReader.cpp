@@ -76,7 +76,8 @@ std::vector<DocumentSet> DocumentSets(KOVObjDocument const& document, int map) {
     return sets;
 }
 
-std::vector<int> LabelsByOrdinal(KOVObjDocument const& document, KOVObjLabelerType type, int space) {
+std::vector<int> LabelsByOrdinal(KOVObjDocument const& document, KOVObjLabelerType type,
+                                 int space) {
     std::vector<int> byOrdinal;
     KOVObjLabeler labeler(document, type);
     labeler.Read();

@@ -1,5 +1,6 @@
-// DocumentReader: what the subcommands that look into documents share: opening one for reading, its sets, its elements by type.
-// Documents may come from any writer, so that whatever is absent is answered by emptiness.
+// DocumentReader: what the subcommands that look into documents share: opening one for reading, its
+// sets, its elements by type. Documents may come from any writer, so that whatever is absent is
+// answered by emptiness.
 #pragma once
 
 #include <string>
@@ -20,7 +21,7 @@ KOVObjDocument OpenForReading(std::string const& path);
 
 /// The elements of one element specification.
 struct ElementGroup {
-    std::string name;                   ///< of the element type; empty if the specification has none
+    std::string name;  ///< of the element type; empty if the specification has none
     ElementType const* type = nullptr;  ///< null if the name is not known
     int shape = -1;                     ///< number of the shape symbol; -1 if none is set
     KOVSimCSet elements;
@@ -40,7 +41,8 @@ KOVSimCollection CollectionAt(KOVSimPosition const& position);
 /// Its count of members; 0 without a collection.
 int SpaceAt(KOVSimPosition const& position);
 
-/// The user label of each ordinal below `space`, over all instances; -1 where there is none. Empty without any instance.
+/// The user label of each ordinal below `space`, over all instances; -1 where there is none. Empty
+/// without any instance.
 std::vector<int> LabelsByOrdinal(KOVObjDocument const& document, KOVObjLabelerType type, int space);
 
 }  // namespace kov::tool

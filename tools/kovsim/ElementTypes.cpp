@@ -28,8 +28,8 @@ constexpr int kLine[] = {0, 2, 1};
 constexpr int kTriangle[] = {0, 1, 3, 1, 2, 4, 2, 0, 5};
 constexpr int kQuad[] = {0, 1, 4, 1, 2, 5, 2, 3, 6, 3, 0, 7};
 constexpr int kTetra[] = {0, 1, 4, 1, 2, 5, 2, 0, 6, 0, 3, 7, 1, 3, 8, 2, 3, 9};
-constexpr int kWedge[] = {0, 1, 6,  1, 2, 7,  2, 0, 8,  3, 4, 9, 4, 5, 10,
-                          5, 3, 11, 0, 3, 12, 1, 4, 13, 2, 5, 14};
+constexpr int kWedge[] = {0,  1, 6, 1,  2, 7, 2,  0, 8, 3,  4, 9, 4, 5,
+                          10, 5, 3, 11, 0, 3, 12, 1, 4, 13, 2, 5, 14};
 constexpr int kHexahedron[] = {0, 1, 8,  1, 2, 9,  2, 3, 10, 3, 0, 11, 4, 5, 12, 5, 6, 13,
                                6, 7, 14, 7, 4, 15, 0, 4, 16, 1, 5, 17, 2, 6, 18, 3, 7, 19};
 
@@ -64,33 +64,54 @@ std::span<int const> NodeOrder(Cell cell) noexcept {
 
 std::span<int const> MiddleNodes(ElementType const& type) noexcept {
     switch (type.cell) {
-        case Cell::QuadraticEdge: return kLine;
-        case Cell::QuadraticTriangle: return kTriangle;
+        case Cell::QuadraticEdge:
+            return kLine;
+        case Cell::QuadraticTriangle:
+            return kTriangle;
         case Cell::QuadraticQuad:
-        case Cell::BiquadraticQuad: return kQuad;
-        case Cell::QuadraticTetra: return kTetra;
-        case Cell::QuadraticWedge: return kWedge;
-        case Cell::QuadraticHexahedron: return kHexahedron;
-        default: return {};
+        case Cell::BiquadraticQuad:
+            return kQuad;
+        case Cell::QuadraticTetra:
+            return kTetra;
+        case Cell::QuadraticWedge:
+            return kWedge;
+        case Cell::QuadraticHexahedron:
+            return kHexahedron;
+        default:
+            return {};
     }
 }
 
 char const* FamilyName(Family family) noexcept {
     switch (family) {
-        case Family::Solid: return "solid";
-        case Family::Shell: return "shell";
-        case Family::PlaneStress: return "plane stress";
-        case Family::PlaneStrain: return "plane strain";
-        case Family::Axisymmetric: return "axisymmetric";
-        case Family::Membrane: return "membrane";
-        case Family::Beam: return "beam";
-        case Family::Truss: return "truss";
-        case Family::Rigid: return "rigid";
-        case Family::Mass: return "mass";
-        case Family::Spring: return "spring";
-        case Family::Dashpot: return "dashpot";
-        case Family::Gap: return "gap";
-        case Family::Connector: return "connector";
+        case Family::Solid:
+            return "solid";
+        case Family::Shell:
+            return "shell";
+        case Family::PlaneStress:
+            return "plane stress";
+        case Family::PlaneStrain:
+            return "plane strain";
+        case Family::Axisymmetric:
+            return "axisymmetric";
+        case Family::Membrane:
+            return "membrane";
+        case Family::Beam:
+            return "beam";
+        case Family::Truss:
+            return "truss";
+        case Family::Rigid:
+            return "rigid";
+        case Family::Mass:
+            return "mass";
+        case Family::Spring:
+            return "spring";
+        case Family::Dashpot:
+            return "dashpot";
+        case Family::Gap:
+            return "gap";
+        case Family::Connector:
+            return "connector";
     }
     return "";
 }

@@ -1,4 +1,5 @@
-// ElementTypes: what is known of each element type of a deck. The rows stand in ElementTypes.inc; a new type is a new row.
+// ElementTypes: what is known of each element type of a deck. The rows stand in ElementTypes.inc; a
+// new type is a new row.
 #pragma once
 
 #include <span>
@@ -61,13 +62,13 @@ ElementType const* FindElementTypeByShape(int shape, int nodes) noexcept;
 /// All types, ascending by name.
 std::span<ElementType const> AllElementTypes() noexcept;
 
-/// The order in which a cell's nodes are written: place i of the cell takes node order[i] of the element. Empty where both
-/// orders are the same, which is so for all cells but the line with a node in its middle: a deck names the middle second,
-/// a viewer last.
+/// The order in which a cell's nodes are written: place i of the cell takes node order[i] of the
+/// element. Empty where both orders are the same, which is so for all cells but the line with a
+/// node in its middle: a deck names the middle second, a viewer last.
 std::span<int const> NodeOrder(Cell cell) noexcept;
 
-/// The edges of a cell with a node in the middle of each, as triples (end, end, middle) of places in the element's own
-/// node order; empty for cells of first order.
+/// The edges of a cell with a node in the middle of each, as triples (end, end, middle) of places
+/// in the element's own node order; empty for cells of first order.
 std::span<int const> MiddleNodes(ElementType const& type) noexcept;
 
 char const* FamilyName(Family family) noexcept;

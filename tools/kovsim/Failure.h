@@ -1,5 +1,6 @@
-// What kovsim reports to its user and ends with: texts without the leading "kovsim: ", which main() adds. Anything else that
-// reaches main() (an exception of the document layer, an exhausted memory) is reported by its own text.
+// What kovsim reports to its user and ends with: texts without the leading "kovsim: ", which main()
+// adds. Anything else that reaches main() (an exception of the document layer, an exhausted memory)
+// is reported by its own text.
 #pragma once
 
 #include <stdexcept>

@@ -31,7 +31,8 @@ FieldScanner::Result FieldScanner::ReadNoDouble() {
     return *m_at == '-' || *m_at == '+' || !EndField(m_at) ? Result::Wrong : Result::Empty;
 }
 
-// Numbers that from_chars does not take as they stand: a D for the exponent, an exponent out of range.
+// Numbers that from_chars does not take as they stand: a D for the exponent, an exponent out of
+// range.
 FieldScanner::Result FieldScanner::ReadOddDouble(double& value) {
     std::string_view field = Field();
     char text[64];

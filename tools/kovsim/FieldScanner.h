@@ -1,8 +1,9 @@
 // FieldScanner: reads the comma-separated fields of one data line, in place.
 //
-// The text ends with a zero byte and may have a newline before it; blanks are space, tab and carriage return. It allocates
-// nothing and copies nothing in the ordinary case: it stands in the innermost loop of a translation. What is no number is
-// never taken for one: the whole field must be the number, apart from blanks around it.
+// The text ends with a zero byte and may have a newline before it; blanks are space, tab and
+// carriage return. It allocates nothing and copies nothing in the ordinary case: it stands in the
+// innermost loop of a translation. What is no number is never taken for one: the whole field must
+// be the number, apart from blanks around it.
 #pragma once
 
 #include <charconv>
@@ -22,7 +23,8 @@ class FieldScanner {
     /// [line, end) lives as long as the scanner, with a zero byte at `end`.
     FieldScanner(char const* line, char const* end) : m_at(line), m_end(end) {}
 
-    /// True when no field is left: the text is at its end, and nothing but blanks stood behind the last comma.
+    /// True when no field is left: the text is at its end, and nothing but blanks stood behind the
+    /// last comma.
     bool AtEnd() {
         SkipBlanks();
         return IsEnd(*m_at);
@@ -50,8 +52,9 @@ class FieldScanner {
         return Result::Value;
     }
 
-    /// The next field as a real number: decimal, with an optional exponent behind E, e, D or d. Infinities,
-    /// not-a-number and hexadecimal numbers are Wrong. A number too small for the type is 0 or its nearest neighbour.
+    /// The next field as a real number: decimal, with an optional exponent behind E, e, D or d.
+    /// Infinities, not-a-number and hexadecimal numbers are Wrong. A number too small for the type
+    /// is 0 or its nearest neighbour.
     Result ReadDouble(double& value) {
         SkipBlanks();
         m_field = m_at;
@@ -67,8 +70,9 @@ class FieldScanner {
         return Result::Value;
     }
 
-    /// The next field as text: blanks outside double quotes are dropped, a pair of quotes keeps commas and blanks and
-    /// is itself dropped. Answers false if the quotes are not closed. `text` keeps its storage.
+    /// The next field as text: blanks outside double quotes are dropped, a pair of quotes keeps
+    /// commas and blanks and is itself dropped. Answers false if the quotes are not closed. `text`
+    /// keeps its storage.
     template <class String>
     bool ReadText(String& text) {
         SkipBlanks();
@@ -97,13 +101,16 @@ class FieldScanner {
     static bool IsEnd(char c) { return c == '\0' || c == '\n'; }
 
   private:
-    static unsigned Digit(char c) { return static_cast<unsigned>(static_cast<unsigned char>(c)) - '0'; }
+    static unsigned Digit(char c) {
+        return static_cast<unsigned>(static_cast<unsigned char>(c)) - '0';
+    }
 
     void SkipBlanks() {
         while (IsBlank(*m_at)) ++m_at;
     }
 
-    // Steps from the end of a number to the next field; false, without a step, if something else follows.
+    // Steps from the end of a number to the next field; false, without a step, if something else
+    // follows.
     bool EndField(char const* at) {
         while (IsBlank(*at)) ++at;
         if (*at == ',') {

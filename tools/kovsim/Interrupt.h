@@ -1,5 +1,6 @@
-// Signals that ask the process to end. They set a flag, which long work asks between blocks, so that outputs are taken away
-// on the ordinary way out. The same signal a second time ends the process at once.
+// Signals that ask the process to end. They set a flag, which long work asks between blocks, so
+// that outputs are taken away on the ordinary way out. The same signal a second time ends the
+// process at once.
 #pragma once
 
 namespace kov::tool {

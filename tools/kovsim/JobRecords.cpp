@@ -62,15 +62,16 @@ bool ReadJobStatus(KOVObjDocument const& document, int& status) {
 std::vector<JobCondition> ReadConditions(KOVSimPosition const& step, int first) {
     std::vector<JobCondition> conditions;
     int number = 0;
-    for (auto at = step.GetVector(schema::Step_conditions()).Begin(); at.NotDone(); ++at, ++number) {
+    for (auto at = step.GetVector(schema::Step_conditions()).Begin(); at.NotDone();
+         ++at, ++number) {
         if (number < first) continue;
         KOVSimPosition const position = *at;
         KOVSimDataRecord const record = position.GetDataRecord();
         JobCondition& condition = conditions.emplace_back();
         record.GetInt(2, condition.code);
         record.GetSymb(1, condition.kind);
-        for (auto argument = position.GetVector(schema::Condition_arguments()).Begin(); argument.NotDone();
-             ++argument) {
+        for (auto argument = position.GetVector(schema::Condition_arguments()).Begin();
+             argument.NotDone(); ++argument) {
             condition.arguments.push_back(ReadArgument(*argument));
         }
     }

@@ -1,4 +1,5 @@
-// JobRecords: what a running job writes into its document, read back: the status, the steps and their conditions.
+// JobRecords: what a running job writes into its document, read back: the status, the steps and
+// their conditions.
 #pragma once
 
 #include <string>
@@ -17,8 +18,8 @@ struct JobStep {
 
 /// The steps in their sequence; where no sequence is kept, by name.
 std::vector<JobStep> JobSteps(KOVObjDocument const& document);
-/// The step under way: a job records conditions, and nothing else, as it goes, so that it is the last step of the sequence
-/// that has any. Null if none has.
+/// The step under way: a job records conditions, and nothing else, as it goes, so that it is the
+/// last step of the sequence that has any. Null if none has.
 JobStep const* CurrentStep(std::vector<JobStep> const& steps);
 
 /// The job's status; false if the job has not written any.
@@ -30,7 +31,8 @@ struct JobArgument {
     double real = 0;
     std::string text;
 };
-/// A warning or error. `kind` is the number that the job's flag became: 0 where it was set, 3 where not.
+/// A warning or error. `kind` is the number that the job's flag became: 0 where it was set, 3 where
+/// not.
 struct JobCondition {
     int code = 0;
     int kind = 0;

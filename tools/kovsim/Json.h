@@ -1,7 +1,8 @@
 // Json: writes one JSON text, value by value, with the commas and the indentation done here.
 //
-// Text that is not valid UTF-8 is written with the replacement character for each wrong byte, so that the output always is
-// a JSON text. Numbers that JSON does not have (infinities, not-a-number) are written as null.
+// Text that is not valid UTF-8 is written with the replacement character for each wrong byte, so
+// that the output always is a JSON text. Numbers that JSON does not have (infinities, not-a-number)
+// are written as null.
 #pragma once
 
 #include <string>

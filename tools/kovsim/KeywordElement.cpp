@@ -1,7 +1,8 @@
 // *ELEMENT, TYPE=type, ELSET=name
 //   label, node, node, ...
 //
-// A line that ends with a comma, or that holds 16 fields, goes on in the next one. The nodes may be defined further on.
+// A line that ends with a comma, or that holds 16 fields, goes on in the next one. The nodes may be
+// defined further on.
 
 #include "DataFields.h"
 #include "Keywords.h"
@@ -20,14 +21,17 @@ std::string Count(int count, char const* what) {
     return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
 }
 
-[[noreturn]] void FailCount(DeckReader const& reader, ElementType const& type, int label, int count) {
-    reader.Fail("element " + std::to_string(label) + " has " + (count > type.nodes ? "more than " : "") +
+[[noreturn]] void FailCount(DeckReader const& reader, ElementType const& type, int label,
+                            int count) {
+    reader.Fail("element " + std::to_string(label) + " has " +
+                (count > type.nodes ? "more than " : "") +
                 Count(count > type.nodes ? type.nodes : count, "node") + "; expected " +
                 Count(type.nodes, "node") + " for type " + std::string(type.name));
 }
 
 // Reads the nodes of one element, over as many lines as they take.
-void ReadNodeLabels(DeckReader& reader, FieldScanner fields, ElementType const& type, int label, int* nodes) {
+void ReadNodeLabels(DeckReader& reader, FieldScanner fields, ElementType const& type, int label,
+                    int* nodes) {
     int count = 0;
     int onLine = 1;
     bool comma = fields.HadComma();
@@ -39,7 +43,8 @@ void ReadNodeLabels(DeckReader& reader, FieldScanner fields, ElementType const& 
             ++onLine;
         }
         if (count == type.nodes) return;
-        if ((!comma && onLine < kFullLine) || !reader.NextData()) FailCount(reader, type, label, count);
+        if ((!comma && onLine < kFullLine) || !reader.NextData())
+            FailCount(reader, type, label, count);
         fields = FieldScanner(reader.Line(), reader.LineEnd());
         onLine = 0;
         comma = false;
@@ -89,8 +94,9 @@ void ReadElements(Translation& translation, DeckReader& reader, KeywordLine cons
                                      "' is not known; expected a type such as C3D8R, S4R or B31");
     }
     ElementType const& type = *found;
-    NamedSet* const set =
-        parameters.Has("elset") ? &translation.ElementSets().FindOrMake(parameters.Value("elset")) : nullptr;
+    NamedSet* const set = parameters.Has("elset")
+                              ? &translation.ElementSets().FindOrMake(parameters.Value("elset"))
+                              : nullptr;
 
     ModelWriter& model = translation.Model();
     LabelTable& labels = translation.ElementLabels();
@@ -114,9 +120,10 @@ void ReadElements(Translation& translation, DeckReader& reader, KeywordLine cons
                 model.SetNodes(elements, ordinal, ordinals);
             } else {
                 deferred = true;
-                translation.Defer(reader, place, nullptr, [&type](Translation& again, DeckReader& from) {
-                    ReadDeferredElements(again, from, type);
-                });
+                translation.Defer(reader, place, nullptr,
+                                  [&type](Translation& again, DeckReader& from) {
+                                      ReadDeferredElements(again, from, type);
+                                  });
             }
         }
         if (lines % kBreath == 0) translation.Breathe(reader);

@@ -1,8 +1,8 @@
 // *NODE, NSET=name, SYSTEM=R|C|S
 //   label, x, y, z [, three direction cosines of a normal]
 //
-// Coordinates left out are 0. With SYSTEM=C they are a radius, an angle in degrees and a height; with S a radius, a longitude
-// and a latitude in degrees.
+// Coordinates left out are 0. With SYSTEM=C they are a radius, an angle in degrees and a height;
+// with S a radius, a longitude and a latitude in degrees.
 
 #include <cmath>
 #include <numbers>
@@ -34,11 +34,13 @@ void ToRectangular(char system, double* xyz) {
     }
 }
 
-char ReadSystem(DeckReader const& reader, KeywordLine const& line, KeywordParameters const& parameters) {
+char ReadSystem(DeckReader const& reader, KeywordLine const& line,
+                KeywordParameters const& parameters) {
     if (!parameters.Has("system")) return 'r';
     std::string const system = LowerCase(parameters.Value("system"));
     if (system != "r" && system != "c" && system != "s") {
-        reader.FailAt(line.line, "'" + Shown(system) + "' is no coordinate system; expected SYSTEM=R, C or S");
+        reader.FailAt(line.line,
+                      "'" + Shown(system) + "' is no coordinate system; expected SYSTEM=R, C or S");
     }
     return system.front();
 }
@@ -63,8 +65,9 @@ void PassNormal(Translation& translation, DeckReader const& reader, FieldScanner
 void ReadNodes(Translation& translation, DeckReader& reader, KeywordLine const& line) {
     KeywordParameters const parameters(reader, line, {"nset", "system"});
     char const system = ReadSystem(reader, line, parameters);
-    NamedSet* const set =
-        parameters.Has("nset") ? &translation.NodeSets().FindOrMake(parameters.Value("nset")) : nullptr;
+    NamedSet* const set = parameters.Has("nset")
+                              ? &translation.NodeSets().FindOrMake(parameters.Value("nset"))
+                              : nullptr;
 
     ModelWriter& model = translation.Model();
     LabelTable& labels = translation.NodeLabels();
@@ -86,7 +89,8 @@ void ReadNodes(Translation& translation, DeckReader& reader, KeywordLine const& 
             model.AddNode(xyz);
         } else {
             int const ordinal = labels.Find(label);
-            translation.Repeats().Add(model, reader.Path(), reader.LineNumber(), label, ordinal, xyz);
+            translation.Repeats().Add(model, reader.Path(), reader.LineNumber(), label, ordinal,
+                                      xyz);
             ++translation.Summary().repeatedNodes;
             if (ordinal < first) translation.AddNodes(set, ordinal, 1, 1);
         }

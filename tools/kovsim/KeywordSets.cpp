@@ -1,8 +1,8 @@
 // *NSET, NSET=name [, GENERATE]          *ELSET, ELSET=name [, GENERATE]
 //   label or name of a set, ...            with GENERATE: first, last [, increment]
 //
-// A set may be built by several keywords. A set that is named as a member gives the members that it has at that point; one
-// that is defined only further on gives all its members.
+// A set may be built by several keywords. A set that is named as a member gives the members that it
+// has at that point; one that is defined only further on gives all its members.
 
 #include "DataFields.h"
 #include "Keywords.h"
@@ -58,16 +58,17 @@ class MemberReader {
     void DeferFrom(DeckReader& reader) {
         Translation& translation = m_translation;
         translation.Defer(reader, reader.Place(), &m_set,
-                          [&kind = m_kind, &set = m_set, generate = m_generate](Translation& again, DeckReader& from) {
+                          [&kind = m_kind, &set = m_set, generate = m_generate](Translation& again,
+                                                                                DeckReader& from) {
                               MemberReader(again, kind, set, generate).Read(from);
                           });
         reader.SkipToKeyword();
     }
 
     [[noreturn]] void FailUnknown(DeckReader const& reader, int label) const {
-        reader.Fail(std::string(m_kind.entity) + " set '" + Shown(m_set.name) + "' names " + m_kind.entity + " " +
-                    std::to_string(label) + ", which is not defined; expected " + m_kind.entity +
-                    "s of the deck");
+        reader.Fail(std::string(m_kind.entity) + " set '" + Shown(m_set.name) + "' names " +
+                    m_kind.entity + " " + std::to_string(label) +
+                    ", which is not defined; expected " + m_kind.entity + "s of the deck");
     }
 
     // All of these answer false if something is not known yet in the first pass.
@@ -83,12 +84,14 @@ class MemberReader {
         int const last = ReadLabel(reader, fields, m_kind.label, form);
         int increment = 1;
         if (!fields.AtEnd()) increment = ReadLabel(reader, fields, "an increment", form);
-        if (!fields.AtEnd()) reader.Fail(std::string("more than three fields with GENERATE; expected ") + form);
+        if (!fields.AtEnd())
+            reader.Fail(std::string("more than three fields with GENERATE; expected ") + form);
         if (last < first) {
             reader.Fail("the range ends at " + std::to_string(last) + ", before it begins at " +
                         std::to_string(first) + "; expected " + form);
         }
-        // A run of labels gives ordinals that go up by the increment too; single ones stand for themselves.
+        // A run of labels gives ordinals that go up by the increment too; single ones stand for
+        // themselves.
         int const unknown = (m_translation.*m_kind.labels)().ForRange(
             first, last, increment, [this, increment](int ordinal, int count) {
                 (m_translation.*m_kind.add)(&m_set, ordinal, count, count == 1 ? 1 : increment);
@@ -122,8 +125,9 @@ class MemberReader {
         NamedSet* const other = (m_translation.*m_kind.sets)().Find(m_name);
         if (other == nullptr || (!other->deferred.empty() && !IsSecond())) {
             if (!IsSecond()) return false;
-            reader.Fail("'" + Shown(m_name) + "' is neither " + m_kind.label + " nor the name of a set; expected " +
-                        m_kind.entity + "s or " + m_kind.entity + " sets of the deck");
+            reader.Fail("'" + Shown(m_name) + "' is neither " + m_kind.label +
+                        " nor the name of a set; expected " + m_kind.entity + "s or " +
+                        m_kind.entity + " sets of the deck");
         }
         if (other == &m_set) return true;
         if (other->resolving || !other->deferred.empty()) m_translation.Resolve(*other, reader);
@@ -138,8 +142,8 @@ class MemberReader {
     std::string m_name;
 };
 
-void ReadSet(Translation& translation, DeckReader& reader, KeywordLine const& line, SetKind const& kind,
-             char const* nameKey) {
+void ReadSet(Translation& translation, DeckReader& reader, KeywordLine const& line,
+             SetKind const& kind, char const* nameKey) {
     KeywordParameters const parameters(reader, line, {nameKey, "generate", "internal", "unsorted"});
     std::string const name = parameters.Required(nameKey);
     if (parameters.Has("unsorted")) {

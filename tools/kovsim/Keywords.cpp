@@ -9,14 +9,16 @@ namespace kov::tool {
 namespace {
 
 template <KeywordHandler Handler>
-void Call(KOVString const&, KOVSrvKeywordParser::Parameters const&, KOVSrvKeywordParser&, void* userData) {
+void Call(KOVString const&, KOVSrvKeywordParser::Parameters const&, KOVSrvKeywordParser&,
+          void* userData) {
     auto const& call = *static_cast<KeywordCall const*>(userData);
     Handler(call.translation, call.reader, *call.line);
 }
 
 constexpr KeywordEntry kKeywords[] = {
-    {"heading", &Call<ReadHeading>}, {"node", &Call<ReadNodes>},        {"element", &Call<ReadElements>},
-    {"nset", &Call<ReadNodeSet>},    {"elset", &Call<ReadElementSet>},  {"include", &Call<ReadInclude>},
+    {"heading", &Call<ReadHeading>},  {"node", &Call<ReadNodes>},
+    {"element", &Call<ReadElements>}, {"nset", &Call<ReadNodeSet>},
+    {"elset", &Call<ReadElementSet>}, {"include", &Call<ReadInclude>},
 };
 
 std::string UpperCase(std::string text) {
@@ -30,7 +32,9 @@ std::string UpperCase(std::string text) {
 
 std::span<KeywordEntry const> KeywordTable() { return kKeywords; }
 
-std::string ShownKeyword(KeywordLine const& line) { return "*" + UpperCase(Shown(View(line.keyword))); }
+std::string ShownKeyword(KeywordLine const& line) {
+    return "*" + UpperCase(Shown(View(line.keyword)));
+}
 
 KeywordParameters::KeywordParameters(DeckReader const& reader, KeywordLine const& line,
                                      std::initializer_list<char const*> keys)
@@ -45,16 +49,19 @@ KeywordParameters::KeywordParameters(DeckReader const& reader, KeywordLine const
         std::string const shown = Shown(given.substr(0, given.find('=')));
         if (key.empty()) {
             std::string known;
-            for (char const* const name : keys) known += (known.empty() ? "" : ", ") + UpperCase(name);
-            reader.FailAt(line.line, ShownKeyword(line) + " has no parameter '" + shown + "'; expected " +
-                                         (known.empty() ? "none" : known));
+            for (char const* const name : keys)
+                known += (known.empty() ? "" : ", ") + UpperCase(name);
+            reader.FailAt(line.line, ShownKeyword(line) + " has no parameter '" + shown +
+                                         "'; expected " + (known.empty() ? "none" : known));
         }
         if (Find(key.c_str()) != nullptr) {
-            reader.FailAt(line.line, "parameter " + UpperCase(key) + " is given twice; expected it once");
+            reader.FailAt(line.line,
+                          "parameter " + UpperCase(key) + " is given twice; expected it once");
         }
         std::string value = Plain(parameters.CurrentValueAsString());
         if (!Unquote(value)) {
-            reader.FailAt(line.line, "the quotes of parameter " + UpperCase(key) + " are not closed");
+            reader.FailAt(line.line,
+                          "the quotes of parameter " + UpperCase(key) + " are not closed");
         }
         m_values.emplace_back(key, value);
     }
@@ -78,14 +85,16 @@ std::string KeywordParameters::Value(char const* key) const {
 
 std::string KeywordParameters::Required(char const* key) const {
     if (Find(key) == nullptr) {
-        m_reader.FailAt(m_line.line, ShownKeyword(m_line) + " without " + UpperCase(key) + "; expected " +
-                                         ShownKeyword(m_line) + ", " + UpperCase(key) + "=...");
+        m_reader.FailAt(m_line.line, ShownKeyword(m_line) + " without " + UpperCase(key) +
+                                         "; expected " + ShownKeyword(m_line) + ", " +
+                                         UpperCase(key) + "=...");
     }
     return Value(key);
 }
 
 void RefuseData(DeckReader& reader, KeywordLine const& line) {
-    if (reader.NextData()) reader.Fail("a data line behind " + ShownKeyword(line) + "; expected a keyword");
+    if (reader.NextData())
+        reader.Fail("a data line behind " + ShownKeyword(line) + "; expected a keyword");
 }
 
 }  // namespace kov::tool

@@ -29,15 +29,18 @@ struct KeywordCall {
     KeywordLine const* line;
 };
 
-/// The parameters of one keyword line, resolved against the allowed names, which may be abbreviated. Unknown names, names
-/// given twice and quotes that are not closed are errors at the keyword's line.
+/// The parameters of one keyword line, resolved against the allowed names, which may be
+/// abbreviated. Unknown names, names given twice and quotes that are not closed are errors at the
+/// keyword's line.
 class KeywordParameters {
   public:
     /// `keys`: allowed names in lower case.
-    KeywordParameters(DeckReader const& reader, KeywordLine const& line, std::initializer_list<char const*> keys);
+    KeywordParameters(DeckReader const& reader, KeywordLine const& line,
+                      std::initializer_list<char const*> keys);
 
     bool Has(char const* key) const { return Find(key) != nullptr; }
-    /// The value without its quotes; empty if the parameter is absent. With the parameter there, a value is asked for.
+    /// The value without its quotes; empty if the parameter is absent. With the parameter there, a
+    /// value is asked for.
     std::string Value(char const* key) const;
     /// The same for a parameter that has to be there.
     std::string Required(char const* key) const;

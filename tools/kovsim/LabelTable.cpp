@@ -9,7 +9,8 @@ int LabelTable::FindInList(Page const& page, unsigned at) {
     std::uint16_t const* const begin = page.offsets.get();
     std::uint16_t const* const end = begin + page.count;
     std::uint16_t const* const found = std::lower_bound(begin, end, at);
-    return found != end && *found == at ? page.ordinals[static_cast<std::size_t>(found - begin)] : None;
+    return found != end && *found == at ? page.ordinals[static_cast<std::size_t>(found - begin)]
+                                        : None;
 }
 
 bool LabelTable::Insert(int label, int ordinal) {

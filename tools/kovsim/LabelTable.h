@@ -1,10 +1,11 @@
-// LabelTable: from the labels that a user gave to the ordinals of the mesh, both ways of growth cheap: labels in ascending
-// order without holes cost nothing, any others at most 8 bytes each.
+// LabelTable: from the labels that a user gave to the ordinals of the mesh, both ways of growth
+// cheap: labels in ascending order without holes cost nothing, any others at most 8 bytes each.
 //
-// The range of labels is cut into pages of 4096. A page is one run (its labels follow each other, and so do their ordinals),
-// or a sorted list, or a full array, whatever is smallest. A look-up in a run or an array is a few nanoseconds, in a list a
-// binary search within the page. A tree or a hash table would take several times the memory, and sorting at the end would
-// not tell of a label that is there twice until it is too late to name its line.
+// The range of labels is cut into pages of 4096. A page is one run (its labels follow each other,
+// and so do their ordinals), or a sorted list, or a full array, whatever is smallest. A look-up in
+// a run or an array is a few nanoseconds, in a list a binary search within the page. A tree or a
+// hash table would take several times the memory, and sorting at the end would not tell of a label
+// that is there twice until it is too late to name its line.
 #pragma once
 
 #include <array>
@@ -38,14 +39,15 @@ class LabelTable {
 
     int Size() const { return m_size; }
 
-    /// Gives the ordinals of the labels first, first + stride, ... up to `last`, as f(ordinal, count) for each stretch of
-    /// ordinals that go up by `stride` (by 1 where count is 1). Answers the first label that is not there, 0 if all are;
-    /// with such a label `f` may have been called for those before it.
+    /// Gives the ordinals of the labels first, first + stride, ... up to `last`, as f(ordinal,
+    /// count) for each stretch of ordinals that go up by `stride` (by 1 where count is 1). Answers
+    /// the first label that is not there, 0 if all are; with such a label `f` may have been called
+    /// for those before it.
     template <class F>
     int ForRange(int first, int last, int stride, F&& f) const;
 
-    /// Moves everything into two arrays by ascending label, `labels` and their `ordinals`, freeing the table on the way:
-    /// the memory never holds both.
+    /// Moves everything into two arrays by ascending label, `labels` and their `ordinals`, freeing
+    /// the table on the way: the memory never holds both.
     void MoveTo(KOVBasVector<int>& labels, KOVBasVector<int>& ordinals);
 
   private:
@@ -56,8 +58,9 @@ class LabelTable {
     // Beyond this many entries an array of ordinals is smaller than a list of offsets and ordinals.
     static constexpr unsigned kMostInList = kPageSize * 4 / 6;
 
-    // A run without arrays: `first` and `base` are its first label, within the page, and ordinal. Arrays otherwise: with
-    // `offsets` a sorted list of `count` entries, without it one ordinal for each label of the page.
+    // A run without arrays: `first` and `base` are its first label, within the page, and ordinal.
+    // Arrays otherwise: with `offsets` a sorted list of `count` entries, without it one ordinal for
+    // each label of the page.
     struct Page {
         std::unique_ptr<int[]> ordinals;
         std::unique_ptr<std::uint16_t[]> offsets;
@@ -67,7 +70,9 @@ class LabelTable {
         std::uint16_t capacity = 0;
     };
 
-    static unsigned PageOf(int label) { return (static_cast<unsigned>(label) >> kPageBits) % kChunkPages; }
+    static unsigned PageOf(int label) {
+        return (static_cast<unsigned>(label) >> kPageBits) % kChunkPages;
+    }
     static unsigned OffsetOf(int label) { return static_cast<unsigned>(label) % kPageSize; }
     Page const* ChunkOf(int label) const {
         unsigned const chunk = static_cast<unsigned>(label) >> (kPageBits + 10);

@@ -91,7 +91,8 @@ TypeElements& ModelWriter::Elements(ElementType const& type) {
     KOVSimPosition const specification = specifications.AppendMember(schema::ElementSpec());
     specification.SetName(name);
     KOVSimCollectionID const shapes = m_document.GetShapeCollection().GetCollection();
-    specification.SetPosition(schema::ElementSpec_shape(), m_document.GetRecord(shapes, type.shape));
+    specification.SetPosition(schema::ElementSpec_shape(),
+                              m_document.GetRecord(shapes, type.shape));
     specifications.GetMap(schema::ElementSpecLib_elementSpecs()).Insert(name, specification);
 
     TypeElements& elements = m_types.emplace_back();

@@ -1,7 +1,8 @@
-// ModelWriter: puts nodes and elements into a document in blocks, so that a mesh of any size passes through bounded memory.
+// ModelWriter: puts nodes and elements into a document in blocks, so that a mesh of any size passes
+// through bounded memory.
 //
-// Ordinals are given out densely, in the order of the calls. Everything happens in one transaction of the caller's; after
-// Finish() the caller commits.
+// Ordinals are given out densely, in the order of the calls. Everything happens in one transaction
+// of the caller's; after Finish() the caller commits.
 #pragma once
 
 #include <deque>
@@ -62,10 +63,10 @@ class ModelWriter {
     KOVSimCollection& NodeCollection();
     KOVSimCollection& ElementCollection();
 
-    /// Writes what is left, the element specification assignment, the sets and the labels, which are taken out of their
-    /// tables. `heading` may be empty.
-    void Finish(std::string const& heading, SetTable& nodeSets, SetTable& elementSets, LabelTable& nodeLabels,
-                LabelTable& elementLabels);
+    /// Writes what is left, the element specification assignment, the sets and the labels, which
+    /// are taken out of their tables. `heading` may be empty.
+    void Finish(std::string const& heading, SetTable& nodeSets, SetTable& elementSets,
+                LabelTable& nodeLabels, LabelTable& elementLabels);
 
   private:
     void WriteNodes();

@@ -87,9 +87,11 @@ OutputPlace::~OutputPlace() { Remove(); }
 void OutputPlace::RemoveLeftovers() const {
     std::error_code error;
     std::string const prefix = Prefix(m_name);
-    for (fs::directory_iterator at(m_parent, error), end; !error && at != end; at.increment(error)) {
+    for (fs::directory_iterator at(m_parent, error), end; !error && at != end;
+         at.increment(error)) {
         std::string const name = at->path().filename().string();
-        if (name.compare(0, prefix.size(), prefix) != 0 || name.size() != prefix.size() + 6) continue;
+        if (name.compare(0, prefix.size(), prefix) != 0 || name.size() != prefix.size() + 6)
+            continue;
         int const descriptor =
             open(at->path().c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
         if (descriptor < 0) continue;
@@ -105,7 +107,8 @@ void OutputPlace::RemoveLeftovers() const {
 void OutputPlace::MakeLockedFolder() {
     static bool const registered = std::atexit(RemoveLivingFolders) == 0;
     static_cast<void>(registered);
-    // Another run may take a fresh folder for a leftover until it is locked; then a new one is made.
+    // Another run may take a fresh folder for a leftover until it is locked; then a new one is
+    // made.
     for (int attempt = 0; attempt < 100; ++attempt) {
         std::string pattern = m_parent + "/" + Prefix(m_name) + "XXXXXX";
         if (mkdtemp(pattern.data()) == nullptr) {

@@ -1,8 +1,10 @@
-// OutputPlace: a place beside a target in which an output is made, so that the target appears whole or not at all.
+// OutputPlace: a place beside a target in which an output is made, so that the target appears whole
+// or not at all.
 //
-// The place is a folder `.NAME.kovsim-XXXXXX` in the target's folder. Its maker holds a lock on it for as long as it lives, so
-// that whoever finds one without a holder knows that its maker was killed, and removes it. Publish() renames what was made
-// to the target, without replacing anything. A place that ends unpublished is removed with all its content, on exit() too.
+// The place is a folder `.NAME.kovsim-XXXXXX` in the target's folder. Its maker holds a lock on it
+// for as long as it lives, so that whoever finds one without a holder knows that its maker was
+// killed, and removes it. Publish() renames what was made to the target, without replacing
+// anything. A place that ends unpublished is removed with all its content, on exit() too.
 //
 //     made --Publish()--> published --destroy--> gone
 //       \--destroy, or exit of the process--> removed
@@ -14,8 +16,8 @@ namespace kov::tool {
 
 class OutputPlace {
   public:
-    /// Refuses a target that exists, or whose folder is missing or not writable; removes what killed runs left for this
-    /// target; makes and locks the place. Throws Failure.
+    /// Refuses a target that exists, or whose folder is missing or not writable; removes what
+    /// killed runs left for this target; makes and locks the place. Throws Failure.
     explicit OutputPlace(std::string const& target);
     ~OutputPlace();
     OutputPlace(OutputPlace const&) = delete;
@@ -25,7 +27,8 @@ class OutputPlace {
     std::string const& Path() const { return m_path; }
     std::string const& Target() const { return m_target; }
 
-    /// Renames the output to the target and makes the renaming lasting. Throws Failure if the target exists by now.
+    /// Renames the output to the target and makes the renaming lasting. Throws Failure if the
+    /// target exists by now.
     void Publish();
 
   private:

@@ -8,7 +8,8 @@
 namespace kov::tool {
 
 void Print(std::string const& text) {
-    if (std::fwrite(text.data(), 1, text.size(), stdout) == text.size() && std::fflush(stdout) == 0) return;
+    if (std::fwrite(text.data(), 1, text.size(), stdout) == text.size() && std::fflush(stdout) == 0)
+        return;
     throw Failure("cannot write to standard output: " + std::generic_category().message(errno));
 }
 

@@ -1,5 +1,5 @@
-// Progress: one line on the terminal that says how far long work has come; nothing at all where standard error is no
-// terminal.
+// Progress: one line on the terminal that says how far long work has come; nothing at all where
+// standard error is no terminal.
 #pragma once
 
 #include <chrono>

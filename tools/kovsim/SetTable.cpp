@@ -18,7 +18,8 @@ void SetMembers::Add(int first, int count, int stride) {
     if (!m_runs.empty()) {
         OrdinalRun& last = m_runs.back();
         int const step = last.count == 1 ? stride : last.stride;
-        if ((count == 1 || stride == step) && first - last.first == static_cast<long long>(step) * last.count) {
+        if ((count == 1 || stride == step) &&
+            first - last.first == static_cast<long long>(step) * last.count) {
             last.stride = step;
             last.count += count;
             return;

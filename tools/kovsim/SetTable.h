@@ -1,8 +1,10 @@
-// SetTable: the named sets of nodes, or of elements, while a deck is read. Names compare without regard to case; a set keeps
-// the case in which its name came first, and its members may come from several keywords.
+// SetTable: the named sets of nodes, or of elements, while a deck is read. Names compare without
+// regard to case; a set keeps the case in which its name came first, and its members may come from
+// several keywords.
 //
-// Members are gathered as runs of ordinals, so that a generated set of any size is one entry. Where runs become many they
-// are folded into a set of the collection, which keeps scattered members in two bytes or less each.
+// Members are gathered as runs of ordinals, so that a generated set of any size is one entry. Where
+// runs become many they are folded into a set of the collection, which keeps scattered members in
+// two bytes or less each.
 #pragma once
 
 #include <cstdint>
@@ -46,8 +48,10 @@ class SetMembers {
 struct NamedSet {
     std::string name;  ///< as it was typed first
     SetMembers members;
-    std::vector<std::size_t> deferred;  ///< numbers of the blocks of members that wait for the second pass
-    bool resolving = false;  ///< such a block is being read: a reference to the set leads back to itself
+    std::vector<std::size_t>
+        deferred;  ///< numbers of the blocks of members that wait for the second pass
+    bool resolving =
+        false;  ///< such a block is being read: a reference to the set leads back to itself
 };
 
 class SetTable {
@@ -57,7 +61,8 @@ class SetTable {
     /// The same, made if there is none.
     NamedSet& FindOrMake(std::string_view name);
 
-    /// Adds members to a set, in bounded memory over all sets: `collection` holds all ordinals given so far.
+    /// Adds members to a set, in bounded memory over all sets: `collection` holds all ordinals
+    /// given so far.
     template <class Collection>
     void Add(NamedSet& set, int first, int count, int stride, Collection&& collection) {
         std::size_t const before = set.members.Runs();

@@ -16,13 +16,15 @@ namespace {
 constexpr std::size_t kDeepest = 64;
 
 // Stand for keywords without a class of their own; never called.
-void Unknown(KOVString const&, KOVSrvKeywordParser::Parameters const&, KOVSrvKeywordParser&, void*) {}
-void Ambiguous(KOVString const&, KOVSrvKeywordParser::Parameters const&, KOVSrvKeywordParser&, void*) {}
+void Unknown(KOVString const&, KOVSrvKeywordParser::Parameters const&, KOVSrvKeywordParser&,
+             void*) {}
+void Ambiguous(KOVString const&, KOVSrvKeywordParser::Parameters const&, KOVSrvKeywordParser&,
+               void*) {}
 
 }  // namespace
 
-Translation::Translation(DeckFiles& files, KOVObjDocument const& document, KOVSimTransaction& transaction,
-                         TranslationOptions options)
+Translation::Translation(DeckFiles& files, KOVObjDocument const& document,
+                         KOVSimTransaction& transaction, TranslationOptions options)
     : m_files(files), m_options(std::move(options)), m_model(document, transaction) {}
 
 TranslationSummary Translation::Run(std::string const& deck) {
@@ -72,7 +74,8 @@ void Translation::TakeKeyword(DeckReader& reader) {
     if (callback == &Unknown) {
         NoteUnknown(reader, Plain(keyword.keyword), keyword.line);
     } else if (callback == &Ambiguous) {
-        reader.FailAt(keyword.line, "keyword " + ShownKeyword(keyword) + " fits several; expected one written out");
+        reader.FailAt(keyword.line, "keyword " + ShownKeyword(keyword) +
+                                        " fits several; expected one written out");
     } else {
         KeywordCall call{*this, reader, &keyword};
         callback(keyword.keyword, keyword.parameters, reader.Parser(), &call);
@@ -84,7 +87,8 @@ void Translation::NoteUnknown(DeckReader& reader, std::string const& keyword, in
     KeywordLine shown;
     shown.keyword = ToKOVString(keyword);
     if (m_options.strict) {
-        reader.FailAt(line, "keyword " + ShownKeyword(shown) + " is not known; expected known keywords only");
+        reader.FailAt(
+            line, "keyword " + ShownKeyword(shown) + " is not known; expected known keywords only");
     }
     ++m_summary.unknownKeywords[ShownKeyword(shown)];
 }
@@ -156,7 +160,8 @@ void Translation::Resolve(NamedSet& set, DeckReader const& reader) {
     }
     // Each level holds a file open.
     if (m_resolving == kDeepest) {
-        reader.Fail("set '" + Shown(set.name) + "' is reached through more than 64 sets defined later; expected fewer");
+        reader.Fail("set '" + Shown(set.name) +
+                    "' is reached through more than 64 sets defined later; expected fewer");
     }
     ++m_resolving;
     for (std::size_t const block : set.deferred) ReadDeferred(m_deferred[block]);
@@ -167,7 +172,8 @@ void Translation::Resolve(NamedSet& set, DeckReader const& reader) {
 void Translation::Breathe(DeckReader const& reader) {
     ThrowIfInterrupted();
     if (m_options.progress && m_open.size() == 1) {
-        m_options.progress(static_cast<double>(reader.Offset()), static_cast<double>(reader.Size()));
+        m_options.progress(static_cast<double>(reader.Offset()),
+                           static_cast<double>(reader.Size()));
     }
 }
 

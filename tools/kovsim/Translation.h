@@ -1,11 +1,13 @@
-// Translation: one deck on its way into a document. It holds what the keyword classes share, walks the files of the deck, and
-// comes back to those blocks that refer to things defined further on.
+// Translation: one deck on its way into a document. It holds what the keyword classes share, walks
+// the files of the deck, and comes back to those blocks that refer to things defined further on.
 //
-// Two passes, and the second only over what has to be read again: a block of elements is deferred from the first element on
-// whose nodes are not all known, a block of set members from the first line on that names something unknown. Ordinals are
-// given in the first pass all the same, in the order of first appearance.
+// Two passes, and the second only over what has to be read again: a block of elements is deferred
+// from the first element on whose nodes are not all known, a block of set members from the first
+// line on that names something unknown. Ordinals are given in the first pass all the same, in the
+// order of first appearance.
 //
-// A new keyword class is a function of its own in a file Keyword....cpp and one row in Keywords.cpp.
+// A new keyword class is a function of its own in a file Keyword....cpp and one row in
+// Keywords.cpp.
 #pragma once
 
 #include <chrono>
@@ -51,8 +53,8 @@ class Translation {
   public:
     enum class Pass { First, Second };
 
-    /// `document` has the skeleton of a model without nodes and elements; `transaction` is open on it and is left for the
-    /// caller to commit.
+    /// `document` has the skeleton of a model without nodes and elements; `transaction` is open on
+    /// it and is left for the caller to commit.
     Translation(DeckFiles& files, KOVObjDocument const& document, KOVSimTransaction& transaction,
                 TranslationOptions options);
 
@@ -72,16 +74,17 @@ class Translation {
 
     /// Reads a further file, as `from` asks for it.
     void Include(DeckReader& from, std::string const& path);
-    /// Adds the elements of a block to a set when the block is known; the same for nodes. Null sets are left alone.
+    /// Adds the elements of a block to a set when the block is known; the same for nodes. Null sets
+    /// are left alone.
     void AddNodes(NamedSet* set, int first, int count, int stride);
     void AddElements(NamedSet* set, int first, int count, int stride);
 
-    /// Reads on at `place` in the second pass: `read` takes data lines up to the next keyword. Blocks of members of a set
-    /// name that set, so that a reference to it waits for them.
+    /// Reads on at `place` in the second pass: `read` takes data lines up to the next keyword.
+    /// Blocks of members of a set name that set, so that a reference to it waits for them.
     void Defer(DeckReader const& reader, DeckPlace place, NamedSet* set,
                std::function<void(Translation&, DeckReader&)> read);
-    /// Reads what is deferred for a set, because something refers to it. Throws at `reader`'s line if that leads back to
-    /// the set itself.
+    /// Reads what is deferred for a set, because something refers to it. Throws at `reader`'s line
+    /// if that leads back to the set itself.
     void Resolve(NamedSet& set, DeckReader const& reader);
     Pass CurrentPass() const { return m_pass; }
     /// Now and then: shows progress, and ends if the user asks for it.
@@ -112,7 +115,8 @@ class Translation {
     std::string m_heading;
     TranslationSummary m_summary;
     std::deque<Deferred> m_deferred;
-    std::vector<std::string> m_open;  ///< identities of the files that are being read, the main deck first
+    std::vector<std::string>
+        m_open;  ///< identities of the files that are being read, the main deck first
     Pass m_pass = Pass::First;
     std::size_t m_resolving = 0;  ///< depth of the references between deferred sets
 };

@@ -47,7 +47,8 @@ void VtuExport::QueryConnectivity() {
     KOVSimDSet const dset(m_mesh.GetConnectivity());
     if (dset.IsNull() || dset.GetRelationalDistributionID().IsNull()) return;
     KOVSimDistribution const distribution(dset.GetRelationalDistributionID());
-    KOVSimArray<KOVSimPersistentDrawerDesc, KOVSimArrayClassPolicy<KOVSimPersistentDrawerDesc>> drawers;
+    KOVSimArray<KOVSimPersistentDrawerDesc, KOVSimArrayClassPolicy<KOVSimPersistentDrawerDesc>>
+        drawers;
     distribution.QueryDrawers(drawers);
     for (KOVSimPersistentDrawerDesc const& drawer : drawers) {
         KOVSimCSet const& positions = drawer.compartment.CSet(1);
@@ -56,7 +57,8 @@ void VtuExport::QueryConnectivity() {
 }
 
 // Notes `index` for those elements of the block that are in `elements`.
-void VtuExport::Place(Block const& block, KOVSimCSet const& elements, int index, std::vector<int>& places) const {
+void VtuExport::Place(Block const& block, KOVSimCSet const& elements, int index,
+                      std::vector<int>& places) const {
     if (elements.IsEmpty()) return;
     int first = 0;
     int last = 0;
@@ -68,7 +70,8 @@ void VtuExport::Place(Block const& block, KOVSimCSet const& elements, int index,
         return;
     }
     if (last < block.first || first >= end) return;
-    KOVSimCSet const range = m_elementCollection.CreateVolatileCSetStrided(block.first, block.count, 1, 1);
+    KOVSimCSet const range =
+        m_elementCollection.CreateVolatileCSetStrided(block.first, block.count, 1, 1);
     KOVSimCSet const inside = elements.Intersection(range);
     std::vector<int> members(static_cast<std::size_t>(inside.Size()));
     inside.Members(members.data());
@@ -153,7 +156,8 @@ void VtuExport::WriteConnectivity(VtuWriter& file) {
             Drawer const& drawer = m_drawers[d];
             members.clear();
             for (std::size_t i = 0; i < block.Size(); ++i) {
-                if (block.drawer[i] == static_cast<int>(d)) members.push_back(block.first + static_cast<int>(i));
+                if (block.drawer[i] == static_cast<int>(d))
+                    members.push_back(block.first + static_cast<int>(i));
             }
             if (members.empty()) continue;
             auto const nodes = static_cast<std::size_t>(drawer.nodes);
@@ -169,8 +173,9 @@ void VtuExport::WriteConnectivity(VtuWriter& file) {
                 for (std::size_t k = 0; k < nodes; ++k) {
                     int const node = row[order.empty() ? k : static_cast<std::size_t>(order[k])];
                     if (node < 0 || node >= m_nodes) {
-                        throw Failure("element " + std::to_string(members[m]) + " of the mesh names node " +
-                                      std::to_string(node) + ", of " + std::to_string(m_nodes) +
+                        throw Failure("element " + std::to_string(members[m]) +
+                                      " of the mesh names node " + std::to_string(node) + ", of " +
+                                      std::to_string(m_nodes) +
                                       " nodes; the document is not sound");
                     }
                     cell[k] = static_cast<Index>(node);
@@ -214,21 +219,23 @@ void VtuExport::WriteLabels(VtuWriter& file, KOVObjLabelerType type, int space) 
     AppendAll(file, labels);
 }
 
-void VtuExport::AddSets(VtuWriter& file, VtuGroup group, std::vector<DocumentSet> const& sets, int space) const {
+void VtuExport::AddSets(VtuWriter& file, VtuGroup group, std::vector<DocumentSet> const& sets,
+                        int space) const {
     for (DocumentSet const& set : sets) {
-        file.Add(group, set.name, "UInt8", 1, space, [members = Ascending(set.set), space](VtuWriter& out) {
-            std::vector<std::uint8_t> flags;
-            KOVSimCSetIterator at(members);
-            at.First();
-            for (int first = 0; first < space; first += kBlock) {
-                int const end = first + std::min(kBlock, space - first);
-                flags.assign(static_cast<std::size_t>(end - first), 0);
-                for (; !at.IsDone() && at.CurrentValue() < end; at.Next()) {
-                    flags[static_cast<std::size_t>(at.CurrentValue() - first)] = 1;
-                }
-                AppendAll(out, flags);
-            }
-        });
+        file.Add(group, set.name, "UInt8", 1, space,
+                 [members = Ascending(set.set), space](VtuWriter& out) {
+                     std::vector<std::uint8_t> flags;
+                     KOVSimCSetIterator at(members);
+                     at.First();
+                     for (int first = 0; first < space; first += kBlock) {
+                         int const end = first + std::min(kBlock, space - first);
+                         flags.assign(static_cast<std::size_t>(end - first), 0);
+                         for (; !at.IsDone() && at.CurrentValue() < end; at.Next()) {
+                             flags[static_cast<std::size_t>(at.CurrentValue() - first)] = 1;
+                         }
+                         AppendAll(out, flags);
+                     }
+                 });
     }
 }
 
@@ -273,14 +280,18 @@ VtuExportSummary VtuExport::Write(std::string const& path) {
         summary.nodeSets = nodeSets.size();
         summary.elementSets = elementSets.size();
     }
-    file.Add(VtuGroup::Points, "Points", "Float64", 3, 24 * nodes, [this](VtuWriter& out) { WritePoints(out); });
-    file.Add(VtuGroup::Cells, "connectivity", index, 1, width * total, [this, narrow](VtuWriter& out) {
-        narrow ? WriteConnectivity<std::int32_t>(out) : WriteConnectivity<std::int64_t>(out);
-    });
-    file.Add(VtuGroup::Cells, "offsets", index, 1, width * elements, [this, narrow](VtuWriter& out) {
-        narrow ? WriteOffsets<std::int32_t>(out) : WriteOffsets<std::int64_t>(out);
-    });
-    file.Add(VtuGroup::Cells, "types", "UInt8", 1, elements, [this](VtuWriter& out) { WriteCellTypes(out); });
+    file.Add(VtuGroup::Points, "Points", "Float64", 3, 24 * nodes,
+             [this](VtuWriter& out) { WritePoints(out); });
+    file.Add(
+        VtuGroup::Cells, "connectivity", index, 1, width * total, [this, narrow](VtuWriter& out) {
+            narrow ? WriteConnectivity<std::int32_t>(out) : WriteConnectivity<std::int64_t>(out);
+        });
+    file.Add(VtuGroup::Cells, "offsets", index, 1, width * elements,
+             [this, narrow](VtuWriter& out) {
+                 narrow ? WriteOffsets<std::int32_t>(out) : WriteOffsets<std::int64_t>(out);
+             });
+    file.Add(VtuGroup::Cells, "types", "UInt8", 1, elements,
+             [this](VtuWriter& out) { WriteCellTypes(out); });
     file.Write(nodes, elements);
     return summary;
 }

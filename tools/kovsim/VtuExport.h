@@ -1,5 +1,5 @@
-// VtuExport: a document's mesh as a VTU file, block by block: coordinates and connectivity never stand in memory as a whole.
-// What does is one label for each node, and then for each element.
+// VtuExport: a document's mesh as a VTU file, block by block: coordinates and connectivity never
+// stand in memory as a whole. What does is one label for each node, and then for each element.
 #pragma once
 
 #include <cstdint>
@@ -56,7 +56,8 @@ class VtuExport {
     std::int64_t CountConnectivity();
     template <class F>
     void ForElementBlocks(F&& f);
-    void Place(Block const& block, KOVSimCSet const& elements, int index, std::vector<int>& places) const;
+    void Place(Block const& block, KOVSimCSet const& elements, int index,
+               std::vector<int>& places) const;
     int NodesOf(Block const& block, std::size_t i) const;
     Cell CellOf(Block const& block, std::size_t i) const;
 
@@ -68,7 +69,8 @@ class VtuExport {
     void WriteCellTypes(VtuWriter& file);
     void WriteElementTypes(VtuWriter& file);
     void WriteLabels(VtuWriter& file, KOVObjLabelerType type, int space) const;
-    void AddSets(VtuWriter& file, VtuGroup group, std::vector<DocumentSet> const& sets, int space) const;
+    void AddSets(VtuWriter& file, VtuGroup group, std::vector<DocumentSet> const& sets,
+                 int space) const;
 
     KOVObjDocument m_document;
     VtuExportOptions m_options;

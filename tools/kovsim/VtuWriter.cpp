@@ -65,12 +65,13 @@ VtuWriter::~VtuWriter() {
     if (m_descriptor >= 0) close(m_descriptor);
 }
 
-void VtuWriter::Add(VtuGroup group, std::string_view name, char const* type, int components, std::int64_t bytes,
-                    std::function<void(VtuWriter&)> write) {
+void VtuWriter::Add(VtuGroup group, std::string_view name, char const* type, int components,
+                    std::int64_t bytes, std::function<void(VtuWriter&)> write) {
     std::string const base = XmlText(name);
     std::string unique = base;
     auto const key = [&] { return std::to_string(static_cast<int>(group)) + unique; };
-    for (int number = 2; !m_names.insert(key()).second; ++number) unique = base + "_" + std::to_string(number);
+    for (int number = 2; !m_names.insert(key()).second; ++number)
+        unique = base + "_" + std::to_string(number);
     m_arrays.push_back({group, unique, type, components, bytes, std::move(write)});
 }
 
@@ -81,28 +82,31 @@ void VtuWriter::AddTexts(std::string_view name, std::vector<std::string> texts) 
 std::string VtuWriter::Head(std::int64_t points, std::int64_t cells) const {
     std::string head =
         "<?xml version=\"1.0\"?>\n"
-        "<VTKFile type=\"UnstructuredGrid\" version=\"1.0\" byte_order=\"LittleEndian\" header_type=\"UInt64\">\n"
+        "<VTKFile type=\"UnstructuredGrid\" version=\"1.0\" byte_order=\"LittleEndian\" "
+        "header_type=\"UInt64\">\n"
         "<UnstructuredGrid>\n";
     if (!m_texts.empty()) head += "<FieldData>\n";
     for (auto const& [name, texts] : m_texts) {
-        head += "<Array type=\"String\" Name=\"" + name + "\" NumberOfTuples=\"" + std::to_string(texts.size()) +
-                "\" format=\"ascii\">";
+        head += "<Array type=\"String\" Name=\"" + name + "\" NumberOfTuples=\"" +
+                std::to_string(texts.size()) + "\" format=\"ascii\">";
         for (std::string const& text : texts) {
-            for (char const c : text) head += " " + std::to_string(static_cast<int>(static_cast<unsigned char>(c)));
+            for (char const c : text)
+                head += " " + std::to_string(static_cast<int>(static_cast<unsigned char>(c)));
             head += " 0";
         }
         head += "</Array>\n";
     }
     if (!m_texts.empty()) head += "</FieldData>\n";
-    head += "<Piece NumberOfPoints=\"" + std::to_string(points) + "\" NumberOfCells=\"" + std::to_string(cells) +
-            "\">\n";
+    head += "<Piece NumberOfPoints=\"" + std::to_string(points) + "\" NumberOfCells=\"" +
+            std::to_string(cells) + "\">\n";
     for (auto const& [group, tag] : kGroups) {
         (head += "<") += tag;
         head += ">\n";
         std::int64_t offset = 0;
         for (Array const& array : m_arrays) {
             if (array.group == group) {
-                head += std::string("<DataArray type=\"") + array.type + "\" Name=\"" + array.name + "\"";
+                head += std::string("<DataArray type=\"") + array.type + "\" Name=\"" + array.name +
+                        "\"";
                 if (array.components > 1) {
                     head += " NumberOfComponents=\"" + std::to_string(array.components) + "\"";
                 }
@@ -125,7 +129,8 @@ void VtuWriter::Write(std::int64_t points, std::int64_t cells) {
         m_left = array.bytes + static_cast<std::int64_t>(sizeof bytes);
         Append(&bytes, sizeof bytes);
         array.write(*this);
-        if (m_left != 0) throw Failure(m_path + ": array '" + array.name + "' came out shorter than announced");
+        if (m_left != 0)
+            throw Failure(m_path + ": array '" + array.name + "' came out shorter than announced");
     }
     constexpr std::string_view tail = "\n</AppendedData>\n</VTKFile>\n";
     m_left = static_cast<std::int64_t>(tail.size());

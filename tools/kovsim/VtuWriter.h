@@ -1,7 +1,7 @@
 // VtuWriter: a VTU file of one piece, with all arrays appended as raw bytes behind the XML part.
 //
-// The sizes of all arrays are told first, so that the XML part with its offsets can be written at once; then each array
-// streams into the file through one buffer, however large it is.
+// The sizes of all arrays are told first, so that the XML part with its offsets can be written at
+// once; then each array streams into the file through one buffer, however large it is.
 //
 //     VtuWriter file(path);  file.Add(...) for each array;  file.Write(points, cells)
 #pragma once
@@ -26,10 +26,10 @@ class VtuWriter {
     VtuWriter(VtuWriter const&) = delete;
     VtuWriter& operator=(VtuWriter const&) = delete;
 
-    /// Announces an array of `bytes` bytes, which `write` will give through Append. `type`: a name of the format such as
-    /// "Float64". Names within a group become unique by a number behind them.
-    void Add(VtuGroup group, std::string_view name, char const* type, int components, std::int64_t bytes,
-             std::function<void(VtuWriter&)> write);
+    /// Announces an array of `bytes` bytes, which `write` will give through Append. `type`: a name
+    /// of the format such as "Float64". Names within a group become unique by a number behind them.
+    void Add(VtuGroup group, std::string_view name, char const* type, int components,
+             std::int64_t bytes, std::function<void(VtuWriter&)> write);
     /// Announces a list of texts that belongs to the whole file.
     void AddTexts(std::string_view name, std::vector<std::string> texts);
 
@@ -62,7 +62,8 @@ class VtuWriter {
     std::int64_t m_left = 0;  ///< bytes that the array at hand still owes
 };
 
-/// Text for an XML attribute: markup escaped; control characters and bytes that are no UTF-8 become '?'.
+/// Text for an XML attribute: markup escaped; control characters and bytes that are no UTF-8 become
+/// '?'.
 std::string XmlText(std::string_view text);
 
 }  // namespace kov::tool

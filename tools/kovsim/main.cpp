@@ -13,7 +13,9 @@
 namespace {
 
 int Run(int argc, char** argv) {
-    CLI::App app("Translates keyword decks into documents, and shows, verifies and exports documents.", "kovsim");
+    CLI::App app(
+        "Translates keyword decks into documents, and shows, verifies and exports documents.",
+        "kovsim");
     app.set_version_flag("--version", std::string("kovsim ") + KOV_VERSION);
     app.require_subcommand(1);
     app.footer("Exit status: 0 fine, 1 the answer is no, 2 could not be done.");
