@@ -17,12 +17,14 @@ case $nodes in
     *) echo "demo.sh: big or small, not '$nodes'" >&2; exit 2 ;;
 esac
 
-say() { printf '\n\033[1m%s\033[0m\n' "$*"; }
+bold='' plain=''
+if [ -t 1 ]; then bold=$'\033[1m' plain=$'\033[0m'; fi
+say() { printf '\n%s%s%s\n' "$bold" "$*" "$plain"; }
 seconds() { date +%s.%N; }
 # run TITLE COMMAND...: shows the command, runs it, and tells how long it took.
 run() {
     local start
-    printf '\n$ %s\n' "$*"
+    printf '\n$ %s\n' "${*//$root\//}"
     start=$(seconds)
     "$@"
     printf '  (%.1f s)\n' "$(echo "$(seconds) $start" | awk '{print $1 - $2}')"
