@@ -10,13 +10,7 @@
 #include "bench/support/HexMesh.h"
 #include "bench/support/Mesh.h"
 #ifdef KOV_BENCH_VTK
-#include <vtkCellArray.h>
-#include <vtkCellLinks.h>
-#include <vtkCellType.h>
-#include <vtkNew.h>
-#include <vtkPoints.h>
-#include <vtkStaticCellLinks.h>
-#include <vtkUnstructuredGrid.h>
+#include "bench/peers/VtkLinks.h"
 #endif
 
 namespace {
@@ -94,25 +88,6 @@ void CheckSame(KOVSrvInverseConnectivity const& ours, PlainLoop const& plain, in
     if (!same) throw std::runtime_error("inverse connectivity: not what the plain loop gives");
 }
 
-#ifdef KOV_BENCH_VTK
-vtkNew<vtkUnstructuredGrid> Grid(int const* nodes, int elements, int points) {
-    vtkNew<vtkUnstructuredGrid> grid;
-    vtkNew<vtkPoints> at;
-    at->SetDataTypeToFloat();
-    at->SetNumberOfPoints(points);
-    grid->SetPoints(at);
-    vtkNew<vtkCellArray> cells;
-    cells->AllocateExact(elements, vtkIdType{8} * elements);
-    for (int e = 0; e < elements; ++e) {
-        vtkIdType cell[8];
-        std::copy_n(nodes + std::ptrdiff_t{8} * e, 8, cell);
-        cells->InsertNextCell(8, cell);
-    }
-    grid->SetCells(VTK_HEXAHEDRON, cells);
-    return grid;
-}
-#endif
-
 void Run(bench::Options const& options) {
     bool const permuted = options.Int("permuted", 0) != 0;
     bench::HexMesh const hexes(options.Int("elements", 5'000'000), permuted);
@@ -129,7 +104,7 @@ void Run(bench::Options const& options) {
         close(file);
     }
 #ifdef KOV_BENCH_VTK
-    auto const grid = Grid(nodes.data(), elements, points);
+    bench::VtkLinks vtk(nodes.data(), elements, points);
 #endif
 
     std::map<std::string, std::vector<double>> seconds, peak;
@@ -153,14 +128,8 @@ void Run(bench::Options const& options) {
             document.Close();
         }
 #ifdef KOV_BENCH_VTK
-        measure("VTK links", [&] {
-            vtkNew<vtkCellLinks> links;
-            links->BuildLinks(grid);
-        });
-        measure("VTK static links", [&] {
-            vtkNew<vtkStaticCellLinks> links;
-            links->BuildLinks(grid);
-        });
+        measure("VTK links", [&] { vtk.Build(); });
+        measure("VTK static links", [&] { vtk.BuildStatic(); });
 #endif
     }
     for (auto const& [who, times] : seconds) {

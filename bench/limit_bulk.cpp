@@ -6,6 +6,7 @@ namespace {
 class PlainFile : public bench::BulkStore {
   public:
     std::string Name() const override { return "plain file"; }
+    std::string GatherName() const override { return "mapped file"; }
     void Create(std::string const& path, int, int) override {
         m_file = open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
     }
@@ -24,7 +25,7 @@ class PlainFile : public bench::BulkStore {
     }
     void ReadCoordinates(int first, int n, double* xyz) override { Read(first, n, 24, xyz); }
     void ReadConnectivity(int first, int n, int* nodes) override { Read(first, n, 32, nodes); }
-    // One call for each node is no limit of anything; what a mapping gives stands in its place.
+    // One call for each node is no limit of anything: the file is mapped.
     bool Gather(int const* nodes, int n, double* xyz) override {
         double const* const all = Map();
         for (int i = 0; i < n; ++i) {

@@ -136,13 +136,13 @@ void GatherCase(BulkStore& store, std::string const& path, int nodes, int picked
         Check(IsNode(&out[0], order[0]) && IsNode(&out[3 * static_cast<std::size_t>(picked - 1)],
                                                   order[static_cast<std::size_t>(picked - 1)]),
               store, "random nodes");
-        Report("gather", store.Name(), picked / seconds);
+        Report("gather", store.GatherName(), picked / seconds);
     }
     seconds = Seconds([&] { can = store.ReadStrided(strided, 10, out.data()); });
     if (can) {
         Check(IsNode(&out[3 * static_cast<std::size_t>(strided - 1)], 10 * (strided - 1)), store,
               "one in ten");
-        Report("strided", store.Name(), strided / seconds);
+        Report("strided", store.GatherName(), strided / seconds);
     }
     store.Close();
 }

@@ -17,6 +17,8 @@ class BulkStore {
   public:
     virtual ~BulkStore() = default;
     virtual std::string Name() const = 0;
+    /// What stands in the rows of picked nodes.
+    virtual std::string GatherName() const { return Name(); }
     virtual void Create(std::string const& path, int nodes, int elements) = 0;
     /// A block of `n` nodes from node `first`. `xyz`: (n, 3), or by component if WantsComponents.
     virtual void WriteCoordinates(int first, int n, double const* xyz) = 0;

@@ -1,0 +1,140 @@
+"""The rows of the table: what is shown under which name, in which unit, against which bar."""
+
+import dataclasses
+import typing
+
+PEER_STORES = ["HDF5", "netCDF", "Exodus II", "CGNS", "MED"]
+
+
+def gigabytes(value):
+    return f"{value / 1e9:.2f} GB/s"
+
+
+def megabytes_per_second(value):
+    return f"{value / 1e6:.0f} MB/s"
+
+
+def millions(value):
+    return f"{value / 1e6:.2f} M/s"
+
+
+def seconds(value):
+    for factor, unit in ((1e9, "ns"), (1e6, "µs"), (1e3, "ms")):
+        if value * factor < 1000:
+            return f"{value * factor:.3g} {unit}"
+    return f"{value:.3g} s"
+
+
+def megabytes(value):
+    return f"{value:.0f} MB"
+
+
+@dataclasses.dataclass
+class Row:
+    name: str
+    title: str
+    unit: typing.Callable
+    bar: str
+    met: typing.Callable  # of the results: True, False, or None where there is nothing to compare
+    limits: tuple = ("plain file", "mapped file", "plain loop", "plain merge", "fgets, strtod", "mmap, from_chars")
+
+
+def fastest(results, row):
+    found = [results.get(row, who) for who in PEER_STORES]
+    return max((value for value in found if value is not None), default=None)
+
+
+def written(row):
+    def met(results):
+        peer, plain, ours = fastest(results, row), results.get(row, "plain file"), results.get(row)
+        return None if peer is None else ours >= peer and ours >= 0.8 * plain
+
+    return met
+
+
+def read_first(row):
+    def met(results):
+        peer, checked = fastest(results, row), results.get(row, "HDF5 checksum")
+        ours = results.get(row)
+        return None if peer is None or checked is None else ours >= 0.5 * peer and ours > checked
+
+    return met
+
+
+def read_later(row):
+    def met(results):
+        peer = fastest(results, row)
+        return None if peer is None else results.get(row) >= 0.95 * peer
+
+    return met
+
+
+def at_least(row, bound):
+    return lambda results: results.get(row) >= bound
+
+
+def below(row, bound):
+    return lambda results: results.get(row) < bound
+
+
+def near_loop(row):
+    return lambda results: results.get(row) <= 1.1 * results.get(row, "plain loop")
+
+
+def bulk(name, what):
+    return [
+        Row(name + ".write", what + " appended and committed", gigabytes,
+            "fastest peer; 0.8 of pwrite", written(name + ".write")),
+        Row(name + ".read1", what + " read, first time, verified", gigabytes,
+            "0.5 of the fastest peer; above HDF5 with checksums", read_first(name + ".read1")),
+        Row(name + ".read2", what + " read again", gigabytes,
+            "0.95 of the fastest peer", read_later(name + ".read2")),
+    ]
+
+
+def algebra(shape, title, bounds):
+    return [Row(f"algebra.{shape}.{operation}", f"{operation} of {title}", seconds,
+                "below " + seconds(bound), below(f"algebra.{shape}.{operation}", bound))
+            for operation, bound in bounds.items()]
+
+
+def named_sets(counts):
+    rows = []
+    for count in counts:
+        rows.append(Row(f"sets.{count}.write", f"{count:,} named sets of 100, each written",
+                        seconds, "at most 3 µs", below(f"sets.{count}.write", 3.0e-6)))
+        rows.append(Row(f"sets.{count}.first", f"of {count:,} sets the first read after opening",
+                        seconds, "within 1 ms", below(f"sets.{count}.first", 1e-3)))
+    return rows
+
+
+def ROWS(sizes):
+    nodes, elements = f"{sizes['nodes']:,} nodes", f"{sizes['elements']:,} hexahedra"
+    members = f"{sizes['members']:,} members"
+    # The labels of the deck's nodes and elements as 32-bit numbers.
+    tables = 4 * 2 * sizes["deck_nodes"] / 1e6
+    return [
+        *bulk("coordinates", "coordinates of " + nodes),
+        Row("gather", f"{sizes['picked']:,} random nodes in one transfer", millions,
+            "at least 5 M/s", at_least("gather", 5e6)),
+        Row("strided", "1 node in 10", millions, "at least 40 M/s", at_least("strided", 40e6)),
+        *bulk("connectivity", "connectivity of " + elements),
+        Row("inverse", "inverse connectivity of " + elements, seconds, "within 1.1 of the loop",
+            near_loop("inverse")),
+        Row("inverse.permuted", "the same, permuted", seconds, "within 1.1 of the loop",
+            near_loop("inverse.permuted")),
+        *algebra("range", f"ranges of {members}",
+                 dict(union=1e-6, intersection=1e-6, difference=1e-6)),
+        *algebra("runs", f"{members} in runs of about 100",
+                 dict(union=1.5e-3, intersection=1.5e-3, difference=1.5e-3)),
+        *algebra("random", f"{members}, one in ten at random",
+                 dict(union=4e-3, intersection=11e-3, difference=4e-3)),
+        Row("text", "keyword text to a committed document, one core", megabytes_per_second,
+            "at least 200 MB/s", at_least("text", 200e6)),
+        Row("memory", f"peak memory while translating {sizes['deck_nodes']:,} nodes", megabytes,
+            f"100 MB and twice the labels: {100 + 2 * tables:.0f} MB",
+            below("memory", 100 + 2 * tables)),
+        Row("open", f"opening a document of {nodes}, reading one node", seconds, "below 0.6 ms",
+            below("open", 0.6e-3)),
+        *named_sets(sizes["sets"]),
+    ]

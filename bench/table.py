@@ -1,0 +1,231 @@
+#!/usr/bin/env python3
+"""Runs the measuring programs and prints one table: our figures, the peers', the physical limit, the
+bar, and whether it is met.
+
+Everything in a row is done in the same run on the same machine, one program after the other in each
+round, and medians over the rounds are shown. Programs leave one JSON line for each result; those of
+peers that are not installed were not built, and are shown as absent.
+
+    bench/run.sh build/bench                 the whole table (some minutes)
+    bench/run.sh build/bench --quick         small sizes, to see that all of it runs; the bars are
+                                             for the full sizes and are not judged
+    bench/run.sh build/bench --only inverse  rows whose name contains the word
+"""
+
+import argparse
+import json
+import os
+import pathlib
+import platform
+import shutil
+import statistics
+import subprocess
+import sys
+import tempfile
+import time
+
+from rows import ROWS
+
+PEERS = ["hdf5", "netcdf", "exodus", "cgns", "med"]
+FULL = dict(nodes=10_000_000, elements=5_000_000, picked=1_000_000, members=10_000_000,
+            sets=[1_000, 10_000, 100_000], peer_sets=[1_000, 10_000], deck_nodes=10_000_000,
+            meshio_nodes=500_000, rounds=5)
+QUICK = dict(nodes=200_000, elements=100_000, picked=20_000, members=100_000, sets=[100, 1_000],
+             peer_sets=[100], deck_nodes=50_000, meshio_nodes=5_000, rounds=1)
+
+
+class Results:
+    """Values by row and by who did the work; each shown value is the median over the rounds."""
+
+    def __init__(self):
+        self.values, self.peaks = {}, {}
+
+    def add(self, row, who, value, mb=None):
+        self.values.setdefault((row, who), []).append(value)
+        if mb is not None:
+            self.peaks.setdefault((row, who), []).append(mb)
+
+    def get(self, row, who="ours"):
+        found = self.values.get((row, who))
+        return statistics.median(found) if found else None
+
+    def peak(self, row, who="ours"):
+        found = self.peaks.get((row, who))
+        return statistics.median(found) if found else None
+
+    def others(self, row):
+        return {who: self.get(row, who) for (r, who) in self.values if r == row and who != "ours"}
+
+
+class Bench:
+    def __init__(self, options, sizes, folder):
+        self.build, self.only, self.sizes = options.build, options.only, sizes
+        self.folder, self.results = folder, Results()
+
+    def wanted(self, group):
+        return self.only is None or self.only in group
+
+    def program(self, name):
+        path = self.build / "bench" / name
+        return path if path.exists() else None
+
+    def run(self, name, **options):
+        """One program; its results are kept. An absent program is passed over."""
+        path = self.program(name)
+        if path is None:
+            return
+        words = [str(path), "--dir", str(self.folder)]
+        for key, value in options.items():
+            words += [f"--{key}", str(value)]
+        print("  " + " ".join(words[:1] + words[3:]), file=sys.stderr)
+        done = subprocess.run(words, stdout=subprocess.PIPE, text=True, check=False)
+        if done.returncode != 0:
+            print(f"{name} ended with status {done.returncode}", file=sys.stderr)
+        for line in done.stdout.splitlines():
+            if line.startswith("{"):
+                found = json.loads(line)
+                self.results.add(found["row"], found["who"], found["value"], found.get("mb"))
+
+    def bulk(self):
+        sizes = self.sizes
+        stores = [("bulk_plain", ""), ("bulk_ours", ""), ("bulk_ours", "service")]
+        stores += [("bulk_" + peer, "") for peer in PEERS] + [("bulk_hdf5", "checksum")]
+        for case in ("coordinates", "connectivity", "gather", "open"):
+            if not self.wanted(case):
+                continue
+            rounds = sizes["rounds"] if case in ("coordinates", "connectivity") else 1
+            for _ in range(rounds):
+                for name, variant in stores:
+                    if variant and case in ("gather", "open"):
+                        continue
+                    # A peer that takes a call for each node is asked for fewer of them.
+                    slow = name in ("bulk_netcdf", "bulk_exodus")
+                    picked = sizes["picked"] // (10 if slow else 1)
+                    self.run(name, case=case, variant=variant, nodes=sizes["nodes"],
+                             elements=sizes["elements"], picked=picked)
+
+    def inverse(self):
+        if self.wanted("inverse"):
+            for permuted in (0, 1):
+                self.run("inverse", elements=self.sizes["elements"], permuted=permuted,
+                         runs=self.sizes["rounds"])
+
+    def sets(self):
+        if self.wanted("algebra"):
+            self.run("set_algebra", members=self.sizes["members"])
+        if self.wanted("sets"):
+            for _ in range(min(self.sizes["rounds"], 3)):
+                for count in self.sizes["sets"]:
+                    self.run("named_sets", sets=count)
+            for count in self.sizes["peer_sets"]:
+                self.run("bulk_exodus", case="sets", sets=count)
+
+    def text(self):
+        kovsim = self.build / "bin" / "kovsim"
+        if not self.wanted("text") or not kovsim.exists():
+            return
+        deck = self.deck("model.inp", self.sizes["deck_nodes"])
+        megabytes = deck.stat().st_size
+        for _ in range(min(self.sizes["rounds"], 3)):
+            self.run("limit_text", deck=deck)
+            document = self.folder / "deck.ksd"
+            seconds, peak = timed([kovsim, "translate", deck, "-o", document])
+            shutil.rmtree(document)
+            self.results.add("text", "ours", megabytes / seconds)
+            self.results.add("memory", "ours", peak)
+        deck.unlink()
+        self.meshio()
+
+    def meshio(self):
+        deck = self.deck("small.inp", self.sizes["meshio_nodes"])
+        try:
+            seconds, _ = timed([sys.executable, "-c", "import sys, time, meshio\n"
+                                "start = time.time()\nmeshio.read(sys.argv[1])\n"
+                                "print(time.time() - start)", deck], told=True)
+            self.results.add("text", "meshio", deck.stat().st_size / seconds)
+        except (subprocess.CalledProcessError, ValueError):
+            pass
+        deck.unlink()
+
+    def deck(self, name, nodes):
+        deck = self.folder / name
+        subprocess.run([self.program("make_deck"), "--out", deck, "--nodes", str(nodes)],
+                       check=True)
+        return deck
+
+
+def timed(words, told=False):
+    """Wall seconds of a process on one core (or the seconds that it tells) and its peak in MB."""
+    start = time.perf_counter()
+    process = subprocess.Popen([str(word) for word in words], stdout=subprocess.PIPE, text=True,
+                               stderr=subprocess.DEVNULL if told else None,
+                               preexec_fn=lambda: os.sched_setaffinity(0, {0}))
+    output = process.stdout.read()
+    _, status, usage = os.wait4(process.pid, 0)
+    process.returncode = os.waitstatus_to_exitcode(status)
+    seconds = time.perf_counter() - start
+    if process.returncode != 0:
+        raise subprocess.CalledProcessError(process.returncode, words)
+    return float(output.split()[-1]) if told else seconds, usage.ru_maxrss / 1024
+
+
+def machine():
+    model = "unknown processor"
+    for line in pathlib.Path("/proc/cpuinfo").read_text().splitlines():
+        if line.startswith("model name"):
+            model = line.split(":")[1].strip()
+    memory = os.sysconf("SC_PAGE_SIZE") * os.sysconf("SC_PHYS_PAGES") / 2**30
+    return (f"{len(os.sched_getaffinity(0))} cores ({model}), {memory:.0f} GiB of memory, "
+            f"{platform.system()} {platform.release().split('-')[0]}")
+
+
+def table(bench):
+    lines = ["| Work | Ours | Peak memory | Physical limit | Others | Bar | Met |",
+             "|---|---|---|---|---|---|---|"]
+    for row in ROWS(bench.sizes):
+        ours = bench.results.get(row.name)
+        if ours is None:
+            continue
+        others = bench.results.others(row.name)
+        also = [f"{who[6:]} {row.unit(others.pop(who))}" for who in sorted(others)
+                if who.startswith("ours, ")]
+        limits = [f"{who} {row.unit(others.pop(who))}" for who in row.limits if who in others]
+        peers = [f"{who} {row.unit(value)}" for who, value in sorted(others.items())]
+        peak = bench.results.peak(row.name)
+        shown = row.unit(ours) + (f" ({', '.join(also)})" if also else "")
+        met = row.met(bench.results) if bench.sizes is not QUICK else None
+        lines.append("| " + " | ".join([
+            row.title, shown, "" if peak is None else f"{peak:.0f} MB",
+            ", ".join(limits), ", ".join(peers), row.bar, {True: "yes", False: "**no**",
+                                                          None: ""}[met]]) + " |")
+    return lines
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__,
+                                     formatter_class=argparse.RawDescriptionHelpFormatter)
+    parser.add_argument("--build", type=pathlib.Path, required=True)
+    parser.add_argument("--quick", action="store_true")
+    parser.add_argument("--only")
+    parser.add_argument("--rounds", type=int)
+    parser.add_argument("--dir", type=pathlib.Path, help="where to write; on a real disk")
+    parser.add_argument("--output", type=pathlib.Path, help="write the table here too")
+    options = parser.parse_args()
+    sizes = QUICK if options.quick else FULL
+    if options.rounds:
+        sizes["rounds"] = options.rounds
+    with tempfile.TemporaryDirectory(prefix="kov-bench-", dir=options.dir) as folder:
+        bench = Bench(options, sizes, pathlib.Path(folder))
+        for part in (bench.bulk, bench.inverse, bench.sets, bench.text):
+            part()
+    absent = [peer for peer in PEERS if bench.program("bulk_" + peer) is None]
+    lines = [f"Measured on {machine()}; medians of {sizes['rounds']} runs.", ""] + table(bench)
+    if absent:
+        lines += ["", "Absent: " + ", ".join(absent) + "."]
+    print("\n".join(lines))
+    if options.output:
+        options.output.write_text("\n".join(lines) + "\n")
+
+
+if __name__ == "__main__":
+    main()
