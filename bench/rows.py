@@ -101,7 +101,7 @@ def algebra(shape, title, bounds):
 def named_sets(counts):
     rows = []
     for count in counts:
-        rows.append(Row(f"sets.{count}.write", f"{count:,} named sets of 100, each written",
+        rows.append(Row(f"sets.{count}.write", f"{count:,} named sets of 100, written, each",
                         seconds, "at most 3 µs", below(f"sets.{count}.write", 3.0e-6)))
         rows.append(Row(f"sets.{count}.first", f"of {count:,} sets the first read after opening",
                         seconds, "within 1 ms", below(f"sets.{count}.first", 1e-3)))
