@@ -162,6 +162,19 @@ void Catalogue::BeginRead() {
     m_inTransaction = true;
 }
 
+void Catalogue::Resume() {
+    RunSimple("BEGIN");
+    std::int64_t commits = -1;
+    {
+        Statement query(*this, "SELECT value FROM meta WHERE name = 'commits'");
+        if (query.Step()) commits = query.Int(0);
+    }
+    if (commits == m_snapshot) return;
+    RunSimple("ROLLBACK");
+    Fail(m_document +
+         ": after a read error the commit that was being read is gone; it must be refreshed");
+}
+
 void Catalogue::Commit() {
     if (sqlite3_get_autocommit(m_db))
         Fail(m_document + ": the transaction has failed and can only be dropped");

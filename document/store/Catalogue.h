@@ -86,7 +86,11 @@ class Catalogue {
     void Abandon();
 
     void Begin();
-    void BeginRead();  // a read transaction, which stands on one commit until `End`
+    /// A read transaction, which stands on one commit until it is rolled back.
+    void BeginRead();
+    /// Which commit that is. SQLite ends a read transaction by itself after a read error; the next
+    /// statement then goes on where it is still the latest commit, and is refused otherwise.
+    void SetSnapshot(std::int64_t commits) { m_snapshot = commits; }
     void Commit();
     /// Ends a transaction of either kind without writing; never throws.
     void Rollback() noexcept;
@@ -118,6 +122,7 @@ class Catalogue {
     void Drop(StatementSlot* slot);
     void Grow();
     void RunSimple(char const* sql);
+    void Resume();
 
     std::string m_document;
     sqlite3* m_db = nullptr;
@@ -127,6 +132,7 @@ class Catalogue {
     bool m_inTransaction = false;
     bool m_writing = false;  // the transaction is one that writes
     int m_logFrames = 0;
+    std::int64_t m_snapshot = 0;
 };
 
 }  // namespace kov::store

@@ -81,7 +81,10 @@ std::shared_ptr<Context> Context::BuildAt(std::string const& path,
         renamed = true;
         context->m_opened->folder.path = clean;
         context->m_opened->blocks->MoveTo(context->m_opened->folder.Bulk());
-        Require(TrySyncFolder(ParentOf(clean)), "sync", ParentOf(clean));
+        if (int const unsynced = TrySyncFolder(ParentOf(clean))) {
+            Fail("cannot create " + clean +
+                 ": its folder cannot be synced: " + ErrnoText(unsynced));
+        }
     } catch (...) {
         context->m_opened->catalogue.Close(true);
         RemoveTree(renamed ? clean : temporary);

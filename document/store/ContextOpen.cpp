@@ -123,6 +123,7 @@ void Context::ReadMeta() {
     m_nextNumber = static_cast<KOVSimIDMinor>(number("next_number", 1, INT32_MAX));
     m_focus = static_cast<KOVSimIDMinor>(number("focus", 0, INT32_MAX));
     m_commits = number("commits", 0, INT64_MAX - 1);
+    m_catalogue->SetSnapshot(m_commits);
     meta.Rebind();
     meta.BindText("uuid");
     if (!meta.Step() || meta.Blob(0).size() != m_opened->uuid.size()) {

@@ -101,7 +101,9 @@ std::string FindCutLog(std::string const& path) {
     LogReader log;
     if (!log.Open(path)) return {};
     std::string const cut = "the log of an earlier session is damaged and was cut: ";
-    if (std::string const fault = log.HeaderFault(); !fault.empty()) return cut + fault;
+    std::string const fault = log.HeaderFault();
+    // The header is synced before there is a frame.
+    if (!fault.empty()) return log.Frames() > 0 ? cut + fault : std::string();
     std::int64_t firstBad = 0;
     while (log.Next()) {
         if (log.IsSound()) continue;

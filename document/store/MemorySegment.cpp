@@ -64,11 +64,12 @@ class MemorySegment : public Segment {
 }  // namespace
 
 std::unique_ptr<Segment> CreateMemorySegment(std::int64_t& limit) {
-    for (std::int64_t reserve = limit; reserve >= LeastReserve; reserve /= 2) {
+    for (std::int64_t reserve = std::max(limit, LeastReserve); reserve >= LeastReserve;
+         reserve /= 2) {
         void* const base = ::mmap(nullptr, static_cast<std::size_t>(reserve), PROT_NONE,
                                   MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
         if (base == MAP_FAILED) continue;
-        limit = reserve;
+        limit = std::min(limit, reserve);
         return std::make_unique<MemorySegment>(static_cast<char*>(base), reserve);
     }
     FailFile("enlarge", "a document in memory", ENOMEM);

@@ -70,13 +70,14 @@ bool Statement::Step() {
         Fail(m_catalogue.Document() + ": the document was closed meanwhile");
     // SQLite drops a transaction by itself after some failures; what followed would be committed
     // alone.
-    if (m_slot->writes ? !m_catalogue.m_writing || sqlite3_get_autocommit(m_catalogue.m_db)
-                       : m_catalogue.m_inTransaction && sqlite3_get_autocommit(m_catalogue.m_db))
-        [[unlikely]] {
-        Fail(m_catalogue.Document() +
-             (m_catalogue.m_inTransaction
-                  ? ": the transaction has failed and can only be dropped"
-                  : ": cannot write to the catalogue: no transaction is open"));
+    if (m_catalogue.m_inTransaction ? sqlite3_get_autocommit(m_catalogue.m_db) != 0
+                                    : m_slot->writes) [[unlikely]] {
+        if (!m_catalogue.m_inTransaction)
+            Fail(m_catalogue.Document() +
+                 ": cannot write to the catalogue: no transaction is open");
+        if (m_catalogue.m_writing)
+            Fail(m_catalogue.Document() + ": the transaction has failed and can only be dropped");
+        m_catalogue.Resume();
     }
     int const code = sqlite3_step(m_statement);
     if (code == SQLITE_ROW) return true;

@@ -61,7 +61,9 @@ void SweepPages(Catalogue& catalogue, DocumentFolder const& folder, Finding cons
         finding("page " + std::to_string(number) + " of catalog.sqlite " +
                 (code ? "cannot be read" : "is damaged: its checksum does not fit"));
     }
-    if (bytes % CataloguePageBytes != 0) finding("catalog.sqlite ends inside a page");
+    if (bytes % CataloguePageBytes != 0 && LogBytes(folder) == 0) {
+        finding("catalog.sqlite ends inside a page");
+    }
 }
 
 using Place = std::tuple<int, std::int64_t, std::int64_t>;  // segment, offset, bytes
