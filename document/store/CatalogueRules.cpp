@@ -15,7 +15,8 @@ struct Rule {
     char const* text;   // '#' stands for them in turn
 };
 
-// References are taken apart as Reference.h puts them together.
+// References are taken apart as Reference.h puts them together. Set 0 is the empty set of a
+// collection, which has no row.
 #define KOV_MISSING(column)                                                   \
     "(CASE " column                                                           \
     " & 7 "                                                                   \
@@ -25,6 +26,10 @@ struct Rule {
     " >> 3) & 4294967295)) "                                                  \
     "WHEN 5 THEN NOT EXISTS(SELECT 1 FROM sets WHERE number = ((" column      \
     " >> 3) & 4294967295)) "                                                  \
+    "AND (((" column                                                          \
+    " >> 3) & 4294967295) <> 0 "                                              \
+    "OR NOT EXISTS(SELECT 1 FROM collections WHERE number = " column          \
+    " >> 35)) "                                                               \
     "WHEN 6 THEN NOT EXISTS(SELECT 1 FROM drawers WHERE number = ((" column   \
     " >> 3) & 4294967295)) "                                                  \
     "ELSE NOT EXISTS(SELECT 1 FROM objects WHERE number = ((" column          \

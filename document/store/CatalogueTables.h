@@ -12,7 +12,7 @@ inline constexpr int FormatVersion = 1;
 
 inline constexpr char CatalogueTables[] = R"sql(
 CREATE TABLE meta(
-    name TEXT PRIMARY KEY,           -- 'format', 'uuid', 'next_number', 'focus', 'commits', 'superseded'
+    name TEXT PRIMARY KEY,           -- 'format', 'uuid', 'next_number', 'focus', 'commits'
     value
 ) WITHOUT ROWID;
 CREATE TABLE objects(                -- records, collections, datasets, distributions, function tables

@@ -120,9 +120,7 @@ void Context::FillFrom(Context& source) {
     BlockStore& blocks = *m_opened->blocks;
     CopyCatalogue(*source.m_catalogue, catalogue);
     catalogue.Begin();
-    catalogue.Execute(
-        "DELETE FROM blocks; DELETE FROM segments; UPDATE meta SET value = 0 WHERE name = "
-        "'superseded';");
+    catalogue.Execute("DELETE FROM blocks; DELETE FROM segments;");
     CopyBlocks(*source.m_catalogue, *source.m_opened->blocks, catalogue, blocks);
     Statement uuid(catalogue, "UPDATE meta SET value = ? WHERE name = 'uuid'");
     uuid.BindBlob(m_opened->uuid.data(), m_opened->uuid.size()).Run();

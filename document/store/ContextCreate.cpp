@@ -134,7 +134,6 @@ void Context::MakeTables() {
     meta.BindText("next_number").Bind(m_nextNumber).Run();
     meta.BindText("focus").Bind(m_focus).Run();
     meta.BindText("commits").Bind(0).Run();
-    meta.BindText("superseded").Bind(0).Run();
 }
 
 /// The folder has its name: goes on under that.
