@@ -13,9 +13,11 @@
 #include "reliability/Process.h"
 #include "reliability/Runs.h"
 #include "reliability/Session.h"
+#include "support/FastFolder.h"
 #include "support/TempFolder.h"
 
 using namespace reliability;
+using kov::test::FastFolder;
 using kov::test::TempFolder;
 namespace fs = std::filesystem;
 using Clock = std::chrono::steady_clock;
@@ -112,8 +114,9 @@ class Killer {
     Clock::duration m_step = std::chrono::milliseconds(5);  // about what a transaction takes
 };
 
+template <class Folder>
 void KillOften(Scale const& scale, int kills, std::uint64_t salt) {
-    TempFolder folder;
+    Folder const folder;
     std::string const path = folder / "model.ksd";
     Session session(scale);
     Killer killer(salt);
@@ -140,10 +143,12 @@ void KillOften(Scale const& scale, int kills, std::uint64_t salt) {
                 inFlight);
 }
 
-TEST(Crash, SmallTransactionsAreWholeOrNotThere) { KillOften(Tiny, Count(150, 40, 3000), 1); }
+TEST(Crash, SmallTransactionsAreWholeOrNotThere) {
+    KillOften<FastFolder>(Tiny, Count(150, 40, 3000), 1);
+}
 
 TEST(Crash, TransactionsWithLargeBlocksAreWholeOrNotThere) {
-    KillOften(Usual, Count(60, 10, 1000), 2);
+    KillOften<TempFolder>(Usual, Count(60, 10, 1000), 2);
 }
 
 std::vector<std::string> NamesIn(fs::path const& folder) {
@@ -154,7 +159,7 @@ std::vector<std::string> NamesIn(fs::path const& folder) {
 }
 
 TEST(Crash, AKilledCreateLeavesADocumentOrNone) {
-    TempFolder folder;
+    FastFolder folder;
     std::string const path = folder / "model.ksd";
     Session session(Tiny);
     CountCalls counter;
@@ -192,7 +197,7 @@ TEST(Crash, AKilledCreateLeavesADocumentOrNone) {
 }
 
 TEST(Crash, AKilledCloseLosesNothing) {
-    TempFolder folder;
+    FastFolder folder;
     std::string const path = folder / "model.ksd";
     Session session(Tiny);
     Random random(3);
@@ -230,7 +235,7 @@ TEST(Crash, AKilledCloseLosesNothing) {
 }
 
 TEST(Crash, AKilledCompactionLeavesTheSourceAndAWholeCopyOrNone) {
-    TempFolder folder;
+    FastFolder folder;
     std::string const path = folder / "model.ksd";
     std::string const copy = folder / "copy.ksd";
     Session session(Tiny);

@@ -11,10 +11,10 @@
 #include "reliability/Process.h"
 #include "reliability/Runs.h"
 #include "reliability/Session.h"
-#include "support/TempFolder.h"
+#include "support/FastFolder.h"
 
 using namespace reliability;
-using kov::test::TempFolder;
+using kov::test::FastFolder;
 namespace fs = std::filesystem;
 
 namespace {
@@ -85,7 +85,7 @@ std::vector<std::int64_t> Places(std::int64_t all, int wanted) {
 class Faults : public testing::TestWithParam<int> {
   protected:
     Fault::Kind Kind() const { return static_cast<Fault::Kind>(GetParam()); }
-    TempFolder folder;
+    FastFolder folder;
     std::string path = folder / "model.ksd";
     Session session{Tiny};
 };
@@ -105,7 +105,7 @@ TEST_P(Faults, LeaveTheLastCommitOrTheOneThatReportedThem) {
     }
     ASSERT_GT(counting.Calls(), 0);
     int stopped = 0, reportedThere = 0;
-    for (std::int64_t const n : Places(counting.Calls(), Count(40, 25, 100000))) {
+    for (std::int64_t const n : Places(counting.Calls(), Count(80, 30, 100000))) {
         SCOPED_TRACE("call " + std::to_string(n) + " of " + std::to_string(counting.Calls()));
         CopyDocument(original, path);
         FaultyDisk disk({Kind(), n});
