@@ -2,6 +2,7 @@
 
 #include "KOVSimException.h"
 #include "document/records/Identity.h"
+#include "document/sets/CompartmentCodec.h"
 #include "document/store/Catalogue.h"
 #include "document/store/Context.h"
 
@@ -11,24 +12,18 @@ using store::Statement;
 
 namespace {
 
-constexpr std::size_t StoredSetBytes = 12;
-
-std::int32_t Word(std::string_view bytes, std::size_t at) {
-    std::uint32_t word = 0;
-    for (std::size_t i = 4; i-- > 0;) word = word << 8 | static_cast<unsigned char>(bytes[at + i]);
-    return static_cast<std::int32_t>(word);
-}
-
 KOVSimCompartment Decoded(KOVSimDSetID const& id, std::string_view bytes) {
-    if (bytes.size() % StoredSetBytes != 0)
+    std::vector<CompartmentWord> words;
+    if (!DecodeCompartment(bytes, words)) {
         records::Refuse({"read the compartments"}, id, "they are damaged");
+    }
     KOVBasVector<KOVSimCSet> sets;
-    for (std::size_t at = 0; at < bytes.size(); at += StoredSetBytes) {
+    for (CompartmentWord const& word : words) {
         KOVSimDynamicDataID data;
-        data.parent = Word(bytes, at);
-        data.minor = Word(bytes, at + 4);
-        sets.PushBack(KOVSimCSet(KOVSimCSetID(
-            KOVSimDynamicID(KOVSimCategoryCSet, id.ContextID(), data, Word(bytes, at + 8), 0))));
+        data.parent = word.collection;
+        data.minor = word.set;
+        sets.PushBack(KOVSimCSet(
+            KOVSimCSetID(KOVSimDynamicID(KOVSimCategoryCSet, id.ContextID(), data, word.type, 0))));
     }
     return KOVSimCompartment(sets);
 }

@@ -1,12 +1,15 @@
 // Making datasets and bringing them up to date: operations of KOVSimPosition and KOVSimContext that
 // concern sets.
 #include <string>
+#include <vector>
 
 #include "KOVSimContext.h"
 #include "KOVSimDSet.h"
 #include "KOVSimDistribution.h"
 #include "document/records/Identity.h"
+#include "document/sets/CompartmentCodec.h"
 #include "document/sets/DSetContent.h"
+#include "document/sets/SetStore.h"
 #include "document/store/Catalogue.h"
 #include "document/store/Context.h"
 
@@ -15,11 +18,6 @@ using records::Asked;
 using store::Statement;
 
 namespace {
-
-void AppendWord(std::string& bytes, std::int32_t value) {
-    auto word = static_cast<std::uint32_t>(value);
-    for (int i = 0; i < 4; ++i, word >>= 8) bytes.push_back(static_cast<char>(word & 0xff));
-}
 
 /// A dataset's row of objects and of datasets. `distribution`: 0 for none.
 KOVSimDSetID NewDataset(store::Context& context, KOVSimTypeID type, KOVSimIDMinor distribution) {
@@ -53,26 +51,29 @@ KOVSimDSetID KOVSimPosition::CreateTypedDSet(KOVSimCtation const& ctation, int t
     store::Context& context = store::Context::Of(m_id.context);
     records::RequireTransaction(context, asked);
     KOVSimDSetID const id = NewDataset(context, records::TypeNumber(type), 0);
+    sets::SetStore& registered = sets::SetStore::Of(context);
     Statement insert(context.Cat(), "INSERT INTO compartments(dataset,place,sets) VALUES(?,?,?)");
     for (int place = 0; place < ctation.Size(); ++place) {
         KOVSimCompartment const& compartment = ctation.Compartments().ConstGet(place);
         std::string const which = "compartment " + std::to_string(place);
         if (compartment.Size() == 0) records::Refuse(asked, which + " is empty");
-        std::string bytes;
+        std::vector<sets::CompartmentWord> words;
         for (int i = 0; i < compartment.Size(); ++i) {
             KOVSimCSet set = compartment.CSet(i);
             if (set.CollectionID().IsNull() || set.CollectionID().ContextID() != context.ID()) {
                 records::Refuse(
                     asked, which + " has a set that is tied to no collection of this document");
             }
-            // A dataset outlives volatile and temporary sets: it holds persistent ones of the same
-            // members.
-            if (set.ID().Minor() < 0) set = KOVSimCSet(set.CollectionID(), set.Storage());
+            // A dataset outlives volatile and temporary sets, and keeps what a drawer's set has
+            // now: it holds persistent sets of the same members.
+            if (set.ID().Minor() < 0 || registered.IsGrowing(set.ID().Minor())) {
+                set = KOVSimCSet(set.CollectionID(), set.Storage());
+            }
             KOVSimCSetID const stored = set.RegisterWithCollection();
-            AppendWord(bytes, stored.Parent());
-            AppendWord(bytes, stored.Minor());
-            AppendWord(bytes, stored.TypeID());
+            words.push_back({stored.Parent(), stored.Minor(), stored.TypeID()});
         }
+        std::string bytes;
+        sets::EncodeCompartment(words, bytes);
         insert.Bind(id.Minor()).Bind(place).BindBlob(bytes.data(), bytes.size()).Run();
     }
     return id;

@@ -2,6 +2,7 @@
 
 #include "KOVSimException.h"
 #include "document/records/CollectionSpaces.h"
+#include "document/sets/CompartmentCodec.h"
 #include "document/store/Catalogue.h"
 
 namespace kov::sets {
@@ -67,6 +68,14 @@ SetStore::Stored SetStore::LoadStored(int number) {
     RequireWithin(collection, *members, ("use set " + std::to_string(number)).c_str());
     m_cache.Put(number, collection, members);
     return {collection, std::move(members)};
+}
+
+bool SetStore::IsGrowing(int number) {
+    if (number <= 0 || m_cache.Find(number)) return false;
+    if (m_growing.count(number) != 0) return true;
+    Statement select(m_context.Cat(), "SELECT size FROM sets WHERE number=?");
+    select.Bind(number);
+    return select.Step() && select.Int(0) < 0;
 }
 
 IndexSetPtr SetStore::Growing(int number) {
@@ -156,28 +165,56 @@ void SetStore::Forget() {
 }
 
 void SetStore::Verify(std::function<void(std::string const&)> const& finding) {
+    VerifySets(finding);
+    VerifyCompartments(finding);
+}
+
+void SetStore::VerifySets(std::function<void(std::string const&)> const& finding) {
     Statement scan(m_context.Cat(),
                    "SELECT s.number,s.collection,s.size,s.hash,s.members,c.space FROM sets s "
                    "LEFT JOIN collections c ON c.number=s.collection");
     while (scan.Step()) {
+        // The members of a drawer's growing set are checked with the drawer, and a collection that
+        // does not exist is told by the catalogue's own rules.
+        if (scan.IsNull(5) || scan.Int(2) < 0) continue;
         std::string const name =
             SetText(static_cast<int>(scan.Int(0)), static_cast<int>(scan.Int(1)));
-        if (scan.IsNull(5)) {
-            finding(name + ": there is no such collection");
-            continue;
-        }
-        if (scan.Int(2) < 0) continue;  // the drawer that owns it is checked with its members
         std::string_view const bytes = scan.Blob(4);
         std::string error;
         IndexSetPtr const members = Decode(bytes.data(), bytes.size(), &error);
-        if (!members)
+        if (!members) {
             finding(name + " is damaged: " + error);
-        else if (members->Size() != scan.Int(2))
+        } else if (members->Size() != scan.Int(2)) {
             finding(name + ": its size is not that of its members");
-        else if (HashWord(*members) != scan.Int(3))
+        } else if (HashWord(*members) != scan.Int(3)) {
             finding(name + ": its hash is not that of its members");
-        else if (members->Highest() >= scan.Int(5))
+        } else if (members->Highest() >= scan.Int(5)) {
             finding(name + " names members that the collection does not have");
+        }
+    }
+}
+
+void SetStore::VerifyCompartments(std::function<void(std::string const&)> const& finding) {
+    Statement scan(m_context.Cat(), "SELECT dataset,place,sets FROM compartments");
+    Statement exists(m_context.Cat(), "SELECT 1 FROM sets WHERE number=? AND collection=?");
+    Statement empty(m_context.Cat(), "SELECT 1 FROM collections WHERE number=?");
+    while (scan.Step()) {
+        std::string const name = "dataset " + std::to_string(scan.Int(0)) + ", compartment " +
+                                 std::to_string(scan.Int(1)) + ": ";
+        std::vector<CompartmentWord> words;
+        if (!DecodeCompartment(scan.Blob(2), words) || words.empty()) {
+            finding(name + "it is damaged");
+            continue;
+        }
+        for (CompartmentWord const& word : words) {
+            Statement& look = word.set == 0 ? empty : exists;
+            look.Bind(word.set == 0 ? word.collection : word.set);
+            if (word.set != 0) look.Bind(word.collection);
+            if (!look.Step()) {
+                finding(name + SetText(word.set, word.collection) + " does not exist");
+            }
+            look.Rebind();
+        }
     }
 }
 

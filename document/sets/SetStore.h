@@ -47,6 +47,8 @@ class SetStore : public store::ContextPart {
     /// The number of an ascending set of the collection with exactly these members: a persistent
     /// one, the oldest first, then a temporary one; -1 if there is none.
     int Seek(int collection, IndexSet const& members);
+    /// Whether a set belongs to a drawer and grows with it.
+    bool IsGrowing(int number);
     /// Throws if `members` reach beyond the collection's space. `what` is asked of it.
     void RequireWithin(int collection, IndexSet const& members, char const* what);
 
@@ -64,6 +66,8 @@ class SetStore : public store::ContextPart {
     Stored LoadStored(int number);
     IndexSetPtr Growing(int number);
     void BuildTwins();
+    void VerifySets(std::function<void(std::string const&)> const& finding);
+    void VerifyCompartments(std::function<void(std::string const&)> const& finding);
     void Forget();
 
     store::Context& m_context;

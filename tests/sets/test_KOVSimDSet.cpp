@@ -325,12 +325,39 @@ TEST_P(DSets, TheSetOfAGrowingDrawerIsFoundAsATwin) {
             .ExecWrite()
             .RelinquishBuffers();
         EXPECT_EQ((Ints{4, 5, 9}), MembersOf(before));
+        EXPECT_EQ((Ints{1, 2, 3, 4, 5, 9}), MembersOf(KOVSimCSet(grown)));
         EXPECT_TRUE(Elements().SeekCSet(Some(Elements(), {4, 5, 9}), false).IsNull());
     });
     Reopen();
     KOVSimCSetID const again = Again(KOVSimPosition(grown)).GetCSet();
     EXPECT_EQ((Ints{1, 2, 3, 4, 5, 9}), MembersOf(KOVSimCSet(again)));
     EXPECT_EQ(again, Elements().SeekCSet(Some(Elements(), {1, 2, 3, 4, 5, 9}), false));
+}
+
+TEST_P(DSets, ADatasetKeepsWhatADrawersGrowingSetHad) {
+    KOVSimPosition position;
+    Write([&] {
+        KOVSimGrid::CollectionArray grid(1);
+        grid.Get(0) = Elements().ID();
+        KOVSimDistribution const values(Document().Focus().CreateTypedDistribution(
+            KOVSimGrid(grid), -1, KOVSimRangeType(KOVSimTypeKeyInt)));
+        KOVSimArray<int, KOVSimArrayBuiltinPolicy<int>> chunks(1);
+        KOVSimTransfer make(values);
+        make.SetMakeNewDrawerChunked(chunks).SetExtendableDim(0).SetBufferPadding(false);
+        make.SetDim(0, Some(Elements(), {4})).CheckView().ExecMake();
+        KOVSimCtation::Array compartments(1);
+        compartments.Get(0) = values.DrawerDescription(make.DrawerID()).compartment;
+        position = Document().Focus().CreateTypedDSet(KOVSimCtation(compartments), -1);
+        int const entry = 1;
+        KOVSimTransfer append(values);
+        append.SetWrite().SetAutoExtend().SetBufferPadding(false).SetDrawer(make.DrawerID());
+        append.SetDim(0, Some(Elements(), {7})).CheckView();
+        append.SetBuffer(0, static_cast<void const*>(&entry), 4).ExecWrite().RelinquishBuffers();
+        EXPECT_EQ(2, values.DrawerDescription(make.DrawerID()).compartment.CSet(0).Size());
+        EXPECT_EQ((Ints{4}), MembersOf(position.DSet().Collect(Elements().ID())));
+    });
+    Reopen();
+    EXPECT_EQ((Ints{4}), MembersOf(Again(position).DSet().Collect(Elements().ID())));
 }
 
 }  // namespace
