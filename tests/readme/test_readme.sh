@@ -1,0 +1,24 @@
+#!/usr/bin/env bash
+# Runs the command lines of the README's tour, as they stand there, on a small deck of the same name.
+#
+#   test_readme.sh SOURCE_DIR
+set -euo pipefail
+source=$1
+
+scratch=$(mktemp -d "${KOV_TEST_TMP:-/tmp}/readme-XXXXXX")
+trap 'rm -rf "$scratch"' EXIT
+cd "$scratch"
+cp "$source/tests/kovsim/decks/square.inp" bracket.inp
+PATH=$(dirname "$KOVSIM"):$PATH
+
+count=0
+while IFS= read -r line; do
+    echo "$ $line"
+    bash -c "$line" || { echo "FAILED with $?"; exit 1; }
+    count=$((count + 1))
+done < <(sed -n 's/^    \(\$ \)\{0,1\}\(kovsim .*\)/\2/p' "$source/README.md")
+[ "$count" -ge 5 ] || { echo "FAILED: only $count command lines found"; exit 1; }
+for made in bracket.ksd bracket.vtu; do
+    [ -e "$made" ] || { echo "FAILED: $made was not made"; exit 1; }
+done
+echo "$count command lines of the README ran"
