@@ -14,6 +14,7 @@
 #include "document/schema/SchemaTable.h"
 #include "document/store/Catalogue.h"
 #include "document/store/Context.h"
+#include "document/store/Reference.h"
 
 using namespace kov;
 using records::Asked;
@@ -74,7 +75,9 @@ int KOVSimPosition::TypePosition() const {
         auto const member = records::FindMember(*context, m_id);
         if (member && member->type >= 0) return member->type;
     }
-    return m_id.type;
+    if (m_id.type >= 0) return m_id.type;
+    // An identity that was put together by hand may lack the type that its object has.
+    return records::IdentityOf(*context, store::ToReference(m_id)).type;
 }
 
 KOVString KOVSimPosition::Name(int member) const {

@@ -1,5 +1,5 @@
-// SetCache: the sets used last, within a bound of bytes; the one used last is always kept. Private
-// to SetStore.
+// SetCache: the sets used last, within a bound of bytes; two are kept whatever their size, since
+// sets are mostly used in pairs. Private to SetStore.
 #pragma once
 
 #include <cstddef>

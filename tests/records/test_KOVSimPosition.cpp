@@ -285,6 +285,17 @@ TEST_P(Position, TypesDeriveAsTheSchemaSays) {
     EXPECT_FALSE(Again(plain).IsA(-1));
 }
 
+TEST_P(Position, AnIdentityPutTogetherWithoutATypeStillHasOne) {
+    KOVSimDynamicID id = Document().GetModel().ID();
+    id.type = -1;
+    EXPECT_EQ(schema::Model(), KOVSimPosition(id).TypePosition());
+    id = Document().GetPointCollection().ID();
+    KOVSimCollectionID const collection(id.context, id.data.minor, -1, 0);
+    EXPECT_EQ(schema::PointCollection(), KOVSimPosition(collection).TypePosition());
+    EXPECT_EQ(schema::PointCollection(),
+              KOVSimPosition(Document().GetRecord(collection, 3)).TypePosition());
+}
+
 TEST_P(Position, WhatAPositionDenotesIsNullForOtherKinds) {
     KOVSimPosition const focus = Document().Focus();
     EXPECT_TRUE(focus.GetCollection().IsNull());
