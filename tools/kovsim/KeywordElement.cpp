@@ -21,12 +21,12 @@ std::string Count(int count, char const* what) {
     return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
 }
 
-[[noreturn]] void FailCount(DeckReader const& reader, ElementType const& type, int label,
+[[noreturn]] void FailCount(DeckReader const& reader, int line, ElementType const& type, int label,
                             int count) {
-    reader.Fail("element " + std::to_string(label) + " has " +
-                (count > type.nodes ? "more than " : "") +
-                Count(count > type.nodes ? type.nodes : count, "node") + "; expected " +
-                Count(type.nodes, "node") + " for type " + std::string(type.name));
+    reader.FailAt(line, "element " + std::to_string(label) + " has " +
+                            (count > type.nodes ? "more than " : "") +
+                            Count(count > type.nodes ? type.nodes : count, "node") + "; expected " +
+                            Count(type.nodes, "node") + " for type " + std::string(type.name));
 }
 
 // Reads the nodes of one element, over as many lines as they take.
@@ -36,15 +36,16 @@ void ReadNodeLabels(DeckReader& reader, FieldScanner fields, ElementType const& 
     int onLine = 1;
     bool comma = fields.HadComma();
     for (;;) {
+        int const line = reader.LineNumber();
         while (!fields.AtEnd()) {
-            if (count == type.nodes) FailCount(reader, type, label, count + 1);
+            if (count == type.nodes) FailCount(reader, line, type, label, count + 1);
             nodes[count++] = ReadLabel(reader, fields, "a node label", "LABEL, NODE, NODE, ...");
             comma = fields.HadComma();
             ++onLine;
         }
         if (count == type.nodes) return;
         if ((!comma && onLine < kFullLine) || !reader.NextData())
-            FailCount(reader, type, label, count);
+            FailCount(reader, line, type, label, count);
         fields = FieldScanner(reader.Line(), reader.LineEnd());
         onLine = 0;
         comma = false;

@@ -103,6 +103,9 @@ TypeElements& ModelWriter::Elements(ElementType const& type) {
 }
 
 void ModelWriter::SetNodes(TypeElements& elements, int ordinal, int const* nodes) {
+    // The rows of a block follow its set, which is ascending: an element that was put off begins a
+    // new one.
+    if (!elements.ordinals.empty() && ordinal < elements.ordinals.back()) WriteElements(elements);
     elements.ordinals.push_back(ordinal);
     elements.nodes.insert(elements.nodes.end(), nodes, nodes + elements.type->nodes);
     elements.members.Add(ordinal);
