@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "KOVSimException.h"
 #include "document/records/CollectionSpaces.h"
 #include "document/records/Identity.h"
 #include "document/sets/Opened.h"
@@ -15,29 +16,51 @@ using sets::SetStore;
 
 namespace {
 
-std::size_t Count(int const* members, int n, char const* what) {
-    if (n < 0 || (n > 0 && !members)) {
-        records::Refuse({what}, n < 0
-                                    ? "the count of members, " + std::to_string(n) + ", is negative"
-                                    : std::string("the members are null"));
+/// What is asked of a collection: the words of a refusal.
+constexpr char Create[] = "create a set";
+constexpr char CreateTemporary[] = "create a temporary set";
+constexpr char MakeVolatile[] = "make a volatile set";
+
+/// The set that `make` makes; where it refuses, the refusal says what was asked of which
+/// collection.
+template <class Make>
+IndexSetPtr Made(KOVSimCollectionID const& collection, char const* what, Make const& make) {
+    try {
+        return make();
+    } catch (KOVSimException const& refusal) {
+        records::Refuse({what}, collection, refusal.what());
     }
-    return static_cast<std::size_t>(n);
+}
+
+IndexSetPtr FromArray(KOVSimCollectionID const& collection, char const* what, int const* members,
+                      int n, IndexSetPtr (*make)(int const*, std::size_t)) {
+    if (n < 0) {
+        records::Refuse({what}, collection,
+                        "the count of members, " + std::to_string(n) + ", is negative");
+    }
+    if (n > 0 && !members) records::Refuse({what}, collection, "the members are null");
+    return Made(collection, what, [&] { return make(members, static_cast<std::size_t>(n)); });
+}
+
+IndexSetPtr Strided(KOVSimCollectionID const& collection, char const* what, int first, int count,
+                    int stride) {
+    return Made(collection, what, [&] { return IndexSet::Strided(first, count, stride); });
 }
 
 KOVSimCSetID Persistent(KOVSimCollectionID const& collection, IndexSetPtr const& members) {
-    store::Context& context = sets::Opened(collection, "create a set");
+    store::Context& context = sets::Opened(collection, Create);
     return sets::SetIdentity(collection, SetStore::Of(context).Create(collection.Minor(), members));
 }
 
 KOVSimCSetID Temporary(KOVSimCollectionID const& collection, IndexSetPtr const& members) {
-    store::Context& context = sets::Opened(collection, "create a temporary set");
+    store::Context& context = sets::Opened(collection, CreateTemporary);
     return sets::SetIdentity(collection,
                              SetStore::Of(context).CreateTemporary(collection.Minor(), members));
 }
 
 KOVSimCSet Volatile(KOVSimCollectionID const& collection, IndexSetPtr members) {
-    store::Context& context = sets::Opened(collection, "make a volatile set");
-    SetStore::Of(context).RequireWithin(collection.Minor(), *members, "make a volatile set");
+    store::Context& context = sets::Opened(collection, MakeVolatile);
+    SetStore::Of(context).RequireWithin(collection.Minor(), *members, MakeVolatile);
     return KOVSimCSet(collection, std::move(members));
 }
 
@@ -78,38 +101,36 @@ KOVSimCSetID KOVSimCollection::EmptyCSetID() const {
 }
 
 KOVSimCSetID KOVSimCollection::CreateCSet(int const* members, int n, bool) {
-    return Persistent(m_id, IndexSet::FromMembers(members, Count(members, n, "create a set")));
+    return Persistent(m_id, FromArray(m_id, Create, members, n, IndexSet::FromMembers));
 }
 
 KOVSimCSetID KOVSimCollection::CreateCSetStrided(int first, int count, int stride, int) {
-    return Persistent(m_id, IndexSet::Strided(first, count, stride));
+    return Persistent(m_id, Strided(m_id, Create, first, count, stride));
 }
 
 KOVSimCSetID KOVSimCollection::CreateTempCSet(int const* members, int n, bool) {
-    return Temporary(m_id,
-                     IndexSet::FromMembers(members, Count(members, n, "create a temporary set")));
+    return Temporary(m_id, FromArray(m_id, CreateTemporary, members, n, IndexSet::FromMembers));
 }
 
 KOVSimCSetID KOVSimCollection::CreateTempCSetStrided(int first, int count, int stride, int) {
-    return Temporary(m_id, IndexSet::Strided(first, count, stride));
+    return Temporary(m_id, Strided(m_id, CreateTemporary, first, count, stride));
 }
 
 KOVSimCSetID KOVSimCollection::CreateTempOrderedCSet(int const* members, int n) {
-    return Temporary(m_id,
-                     IndexSet::FromOrdered(members, Count(members, n, "create a temporary set")));
+    return Temporary(m_id, FromArray(m_id, CreateTemporary, members, n, IndexSet::FromOrdered));
 }
 
 KOVSimCSet KOVSimCollection::CreateVolatileCSet(int const* members, int n, bool) const {
-    return Volatile(m_id, IndexSet::FromMembers(members, Count(members, n, "make a volatile set")));
+    return Volatile(m_id, FromArray(m_id, MakeVolatile, members, n, IndexSet::FromMembers));
 }
 
 KOVSimCSet KOVSimCollection::CreateVolatileCSetStrided(int first, int count, int stride,
                                                        int) const {
-    return Volatile(m_id, IndexSet::Strided(first, count, stride));
+    return Volatile(m_id, Strided(m_id, MakeVolatile, first, count, stride));
 }
 
 KOVSimCSet KOVSimCollection::CreateVolatileOrderedCSet(int const* members, int n) const {
-    return Volatile(m_id, IndexSet::FromOrdered(members, Count(members, n, "make a volatile set")));
+    return Volatile(m_id, FromArray(m_id, MakeVolatile, members, n, IndexSet::FromOrdered));
 }
 
 KOVSimCSetID KOVSimCollection::SeekCSet(KOVSimCSet const& set, bool) const {

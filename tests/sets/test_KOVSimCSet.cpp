@@ -257,7 +257,13 @@ TEST_P(CSets, MembersOutsideTheCollectionAreRefused) {
     Write([&] {
         std::string const text = RefusalOf([&] { Create({1, Space}); });
         EXPECT_NE(std::string::npos, text.find("member 1000 is outside collection")) << text;
-        EXPECT_NE("", RefusalOf([&] { Create({-1}); }));
+        std::string const number = std::to_string(Collection().ID().Minor());
+        EXPECT_EQ("cannot create a set of collection " + number +
+                      " (RegionCollection): index set: member -1 is below 0",
+                  RefusalOf([&] { Create({-1}); }));
+        EXPECT_EQ("cannot make a volatile set of collection " + number +
+                      " (RegionCollection): the members are null",
+                  RefusalOf([&] { Collection().CreateVolatileCSet(nullptr, 3, false); }));
         EXPECT_NE("", RefusalOf([&] { CreateTemp({Space}); }));
         EXPECT_NE("", RefusalOf([&] { Volatile({Space}); }));
         EXPECT_NE("", RefusalOf([&] { Ordered({Space, 1}); }));
