@@ -118,8 +118,9 @@ void BlockStore::Read(BlockOwner const& owner, BlockRead const* reads, std::size
             continue;
         }
         std::size_t end = i + 1;
-        while (end < count && reads[end].bytes > 0 && Touches(reads[end - 1], reads[end])) {
+        while (end < count) {
             CheckStretch(reads[end]);
+            if (reads[end].bytes == 0 || !Touches(reads[end - 1], reads[end])) break;
             ++end;
         }
         if (end == i + 1 && first.bytes <= SmallStretch && i + DenseStretches < count &&

@@ -69,14 +69,28 @@ void Catalogue::OpenFile(std::string const& file, Mode mode) {
             Open(name.c_str(), SQLITE_OPEN_READWRITE);
             break;
         case Mode::Read:
-            Open(name.c_str(), SQLITE_OPEN_READONLY);
+            // The last reader to leave clears away the log's files, which it could not do
+            // otherwise.
+            Open(name.c_str(), SQLITE_OPEN_READWRITE);
             break;
         case Mode::Immutable:
             Open(EncodedUri(name).c_str(), SQLITE_OPEN_READONLY | SQLITE_OPEN_URI);
             break;
     }
     Configure(mode);
-    if (mode == Mode::Create) Execute("PRAGMA journal_mode=WAL;");
+    if (mode == Mode::Create) SwitchLogOn();
+    if (mode == Mode::Read) Execute("PRAGMA query_only=ON;");
+}
+
+void Catalogue::SwitchLogOn() {
+    bool on = false;
+    auto const see = [](void* seen, int, char** values, char**) {
+        *static_cast<bool*>(seen) = values[0] && std::strcmp(values[0], "wal") == 0;
+        return 0;
+    };
+    int const code = sqlite3_exec(m_db, "PRAGMA journal_mode=WAL", see, &on, nullptr);
+    if (code != SQLITE_OK) Raise(code, true);
+    if (!on) Fail("cannot create " + m_document + ": its file system cannot hold a log");
 }
 
 void Catalogue::Open(char const* name, int flags) {
@@ -285,7 +299,7 @@ void Catalogue::Raise(int code, bool writing) const {
         Fail(where + ": page " + std::to_string(fault.damagedPage) +
              " of catalog.sqlite is damaged: its checksum does not fit");
     }
-    if (fault.missingPage && (code & 0xff) == SQLITE_CORRUPT) {
+    if (fault.missingPage && code == SQLITE_IOERR_DATA) {
         Fail(where + ": catalog.sqlite has been cut short: page " +
              std::to_string(fault.missingPage) + " is missing");
     }

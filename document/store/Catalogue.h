@@ -117,6 +117,7 @@ class Catalogue {
 
     void Open(char const* name, int flags);
     void Configure(Mode mode);
+    void SwitchLogOn();
     StatementSlot* Find(char const* sql);
     StatementSlot* Compile(char const* sql);
     void Drop(StatementSlot* slot);

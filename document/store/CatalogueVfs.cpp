@@ -81,7 +81,11 @@ int Read(sqlite3_file* file, void* out, int bytes, sqlite3_int64 offset) {
     if (code == SQLITE_OK) TellObserver(call);
     if (!state.isCatalogue) return code;
     std::int64_t const number = offset / CataloguePageBytes + 1;
-    if (code == SQLITE_IOERR_SHORT_READ && offset > 0) t_fault.missingPage = number;
+    if (code == SQLITE_IOERR_SHORT_READ && offset >= CataloguePageBytes) {
+        // SQLite would go on with zeros.
+        t_fault.missingPage = number;
+        return SQLITE_IOERR_DATA;
+    }
     if (code != SQLITE_OK || IsHeaderRead(bytes, offset)) return code;
     if (size != PageSize || offset % CataloguePageBytes != 0 ||
         !IsSoundCataloguePage(out, number)) {

@@ -4,6 +4,7 @@
 #include <atomic>
 #include <limits>
 
+#include "document/store/CatalogueVfs.h"
 #include "document/store/ContextOpened.h"
 #include "document/store/Errors.h"
 #include "document/store/Forks.h"
@@ -54,6 +55,13 @@ BlockStore& Context::Blocks() {
     if (!m_catalogue) [[unlikely]]
         RequireUsable();
     return *m_opened->blocks;
+}
+
+std::int64_t Context::CatalogueBytes() {
+    std::int64_t const bytes = RawFileBytes(Cat().Handle());
+    if (bytes >= 0) return bytes + LogBytes(m_opened->folder);
+    Statement pages(*m_catalogue, "PRAGMA page_count");
+    return pages.Step() ? pages.Int(0) * CataloguePageBytes : 0;
 }
 
 std::size_t Context::NextPartNumber() {
@@ -223,22 +231,33 @@ void Context::Close() {
     if (m_inTransaction) Drop();
     m_closed = true;
     Unregister(m_id);
-    m_partsInOrder.clear();
-    m_parts.clear();
+    DestroyParts();
     m_catalogue = nullptr;
     if (!m_opened) return;
-    m_opened->catalogue.Close(m_failed);
+    // A reader writes no log back: it only clears away an empty one.
+    bool const keepLog = m_failed || (IsReadOnly() && LogBytes(m_opened->folder) > 0);
+    m_opened->catalogue.Close(keepLog);
     m_opened->blocks.reset();
     if (m_opened->announced) Withdraw(m_opened->identity);
     m_opened->lock.Release();
     // The catalogue's shell stays: a statement may be on the stack of the caller.
 }
 
+/// Later parts may lean on earlier ones.
+void Context::DestroyParts() noexcept {
+    while (!m_partsInOrder.empty()) {
+        ContextPart* const last = m_partsInOrder.back();
+        m_partsInOrder.pop_back();
+        for (auto& part : m_parts) {
+            if (part.get() == last) part.reset();
+        }
+    }
+}
+
 void Context::Abandon() noexcept {
     m_closed = true;
     m_catalogue = nullptr;
-    m_partsInOrder.clear();
-    m_parts.clear();
+    DestroyParts();
     if (!m_opened) return;
     m_opened->catalogue.Abandon();
     if (m_opened->blocks) m_opened->blocks->Abandon();

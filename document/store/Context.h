@@ -60,6 +60,8 @@ class Context : public std::enable_shared_from_this<Context> {
 
     KOVSimContextID ID() const { return m_id; }
     std::string const& Path() const { return m_path; }
+    /// Bytes of the catalogue's file and its log.
+    std::int64_t CatalogueBytes();
     bool IsClosed() const { return m_closed; }
     bool IsReadOnly() const { return m_access == Access::ReadOnly; }
     void Close();
@@ -131,6 +133,7 @@ class Context : public std::enable_shared_from_this<Context> {
     void OpenSegments();
     void SaveState(std::vector<SegmentLength> const& lengths);
     void Drop() noexcept;
+    void DestroyParts() noexcept;
     void Abandon() noexcept;
 
     KOVSimContextID m_id;

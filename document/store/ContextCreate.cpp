@@ -51,7 +51,7 @@ std::shared_ptr<Context> Context::Create(std::string const& path,
     } catch (...) {
         // It is whole; but who is told that it was not made must find nothing.
         context->Close();
-        RemoveTree(context->m_path);
+        RemoveTree(context->m_opened->folder.path);
         throw;
     }
     return context;
@@ -61,33 +61,31 @@ std::shared_ptr<Context> Context::Create(std::string const& path,
 /// is answered has its catalogue closed.
 std::shared_ptr<Context> Context::BuildAt(std::string const& path,
                                           std::function<void(Context&)> const& fill) {
-    std::string const clean = CleanPath(path);
-    struct stat status;
-    if (::lstat(clean.c_str(), &status) == 0)
-        Fail("cannot create " + clean + ": it exists already");
-    if (IsOnNetwork(ParentOf(clean)))
-        Fail("cannot create " + clean + ": writing on a network file system is refused");
-    std::string const temporary = MakeTemporaryFolder(clean);
     std::shared_ptr<Context> context(new Context);
-    context->m_path = clean;
-    context->m_opened = std::make_unique<Opened>(clean);
+    context->m_path = CleanPath(path);
+    context->m_opened = std::make_unique<Opened>(context->m_path);
+    Opened& opened = *context->m_opened;
+    std::string const target = opened.folder.path;
+    std::string const asked = "cannot create " + context->m_path + ": ";
+    struct stat status;
+    if (::lstat(target.c_str(), &status) == 0) Fail(asked + "it exists already");
+    if (IsOnNetwork(ParentOf(target))) Fail(asked + "writing on a network file system is refused");
+    std::string const temporary = MakeTemporaryFolder(target);
     bool renamed = false;
     try {
         context->Build(temporary, fill);
-        int const error = TryRename(temporary, clean);
-        if (error == EEXIST || error == ENOTEMPTY)
-            Fail("cannot create " + clean + ": it exists already");
-        Require(error, "create", clean);
+        int const error = TryRename(temporary, target);
+        if (error == EEXIST || error == ENOTEMPTY) Fail(asked + "it exists already");
+        Require(error, "create", context->m_path);
         renamed = true;
-        context->m_opened->folder.path = clean;
-        context->m_opened->blocks->MoveTo(context->m_opened->folder.Bulk());
-        if (int const unsynced = TrySyncFolder(ParentOf(clean))) {
-            Fail("cannot create " + clean +
-                 ": its folder cannot be synced: " + ErrnoText(unsynced));
+        opened.folder.path = target;
+        opened.blocks->MoveTo(opened.folder.Bulk());
+        if (int const unsynced = TrySyncFolder(ParentOf(target))) {
+            Fail(asked + "its folder cannot be synced: " + ErrnoText(unsynced));
         }
     } catch (...) {
-        context->m_opened->catalogue.Close(true);
-        RemoveTree(renamed ? clean : temporary);
+        opened.catalogue.Close(true);
+        RemoveTree(renamed ? target : temporary);
         context->Close();
         throw;
     }

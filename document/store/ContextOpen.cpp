@@ -65,7 +65,8 @@ void Context::OpenExisting(Access access) {
 void Context::OpenForWriting() {
     Opened& opened = *m_opened;
     std::string const where = "cannot open " + m_path + " for writing: ";
-    if (IsOnNetwork(m_path)) Fail(where + "writing on a network file system is refused");
+    if (IsOnNetwork(opened.folder.path))
+        Fail(where + "writing on a network file system is refused");
     if (!MayWrite(opened.folder)) Fail(where + ErrnoText(EACCES));
     int const error = opened.lock.TryAcquire(opened.folder.Lock(), WriterLock::Kind::Alone);
     if (error == EAGAIN) {
@@ -80,7 +81,7 @@ void Context::OpenForWriting() {
 
 void Context::OpenForReading() {
     Opened& opened = *m_opened;
-    bool const network = IsOnNetwork(m_path);
+    bool const network = IsOnNetwork(opened.folder.path);
     if (!network && MayWrite(opened.folder)) {
         if (!WriterLock::IsWritten(opened.folder.Lock()))
             opened.cutLog = FindCutLog(opened.folder.Log());

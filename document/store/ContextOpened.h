@@ -12,7 +12,9 @@
 namespace kov::store {
 
 struct Context::Opened {
-    explicit Opened(std::string const& document) : folder(document), catalogue(document) {}
+    /// `document`: as the user named it; empty in memory.
+    explicit Opened(std::string const& document)
+        : folder(document.empty() ? document : AbsolutePath(document)), catalogue(document) {}
 
     DocumentFolder folder;  // while a document is built: the temporary one
     FolderIdentity identity;

@@ -67,6 +67,16 @@ std::string CleanPath(std::string const& path) {
     return path.substr(0, end);
 }
 
+std::string AbsolutePath(std::string const& path) {
+    if (path[0] == '/') return path;
+    char* const here = ::getcwd(nullptr, 0);
+    if (!here) FailFile("find", path, errno);
+    std::string const absolute =
+        std::string(here) == "/" ? "/" + path : std::string(here) + "/" + path;
+    std::free(here);
+    return absolute;
+}
+
 std::string ParentOf(std::string const& path) {
     std::size_t const slash = path.rfind('/');
     if (slash == std::string::npos) return ".";

@@ -23,6 +23,8 @@ struct DocumentFolder {
 
 /// `path` without slashes at its end. Throws if nothing is left.
 std::string CleanPath(std::string const& path);
+/// `path`, from the root of the file system: a document stays where it is when the process moves.
+std::string AbsolutePath(std::string const& path);
 /// The folder above, and the last name.
 std::string ParentOf(std::string const& path);
 std::string NameOf(std::string const& path);

@@ -160,7 +160,17 @@ int TrySyncFolder(std::string const& path) {
 
 int TryRename(std::string const& path, std::string const& target) {
     return Observed({FileCall::Rename, path, &target}, [&] {
-        return ::renameat2(AT_FDCWD, path.c_str(), AT_FDCWD, target.c_str(), RENAME_NOREPLACE);
+        if (::renameat2(AT_FDCWD, path.c_str(), AT_FDCWD, target.c_str(), RENAME_NOREPLACE) == 0) {
+            return 0;
+        }
+        if (errno != EINVAL && errno != ENOSYS) return -1;
+        // A file system that cannot: a folder that is renamed replaces empty folders only.
+        struct stat status;
+        if (::lstat(target.c_str(), &status) == 0) {
+            errno = EEXIST;
+            return -1;
+        }
+        return ::rename(path.c_str(), target.c_str());
     });
 }
 

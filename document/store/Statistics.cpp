@@ -4,9 +4,7 @@
 
 #include "document/store/BlockStore.h"
 #include "document/store/Catalogue.h"
-#include "document/store/CatalogueVfs.h"
 #include "document/store/Context.h"
-#include "document/store/DocumentFolder.h"
 
 namespace kov::store {
 
@@ -22,12 +20,7 @@ std::int64_t One(Catalogue& catalogue, char const* sql) {
 Statistics GatherStatistics(Context& context) {
     Catalogue& catalogue = context.Cat();
     Statistics s;
-    s.catalogueBytes = RawFileBytes(catalogue.Handle());
-    if (s.catalogueBytes < 0) {
-        s.catalogueBytes = One(catalogue, "PRAGMA page_count") * CataloguePageBytes;
-    } else {
-        s.catalogueBytes += LogBytes(DocumentFolder(context.Path()));
-    }
+    s.catalogueBytes = context.CatalogueBytes();
     s.bulkBytes = context.Blocks().Bytes();
     s.segments = context.Blocks().Segments();
     s.liveBulkBytes = One(catalogue,

@@ -217,6 +217,30 @@ TEST_F(LogDamage, ALogCutShortOpensAtTheLastWholeCommit) {
     }
 }
 
+TEST_F(LogDamage, ACatalogueCutShortUnderALogIsRefusedOrRight) {
+    auto const size = fs::file_size(catalogue);
+    fs::copy(path, folder / "whole.ksd", fs::copy_options::recursive);
+    std::set<std::string> texts;
+    for (std::uintmax_t length = 0; length <= size; length += 1024) {
+        fs::remove_all(path);
+        fs::copy(folder / "whole.ksd", path, fs::copy_options::recursive);
+        fs::resize_file(catalogue, length);
+        try {
+            std::string const thrown = Thrown([&] {
+                auto const context =
+                    Context::Open(path, length % 2048 ? Access::ReadOnly : Access::ReadWrite);
+                EXPECT_EQ(Script::Check(*context), 8) << length;
+            });
+            if (thrown != "nothing thrown") {
+                EXPECT_THAT(thrown, testing::AnyOf(HasSubstr("cut short"), HasSubstr("damaged")))
+                    << length;
+            }
+        } catch (std::exception const& e) {
+            ADD_FAILURE() << length << ": " << e.what();
+        }
+    }
+}
+
 KOV_CHILD(DieInATransaction) {
     auto const context = Context::Open(arguments[0], Access::ReadWrite);
     Script::Commit(*context, 5);

@@ -4,6 +4,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <set>
 
 #include "store/Script.h"
 #include "store/Throws.h"
@@ -168,6 +169,36 @@ TEST_F(Opening, NamesWithStrangeLettersAreNames) {
         EXPECT_TRUE(fs::exists(strange + "/catalog.sqlite"));
         EXPECT_EQ(Script::Check(*Context::Open(strange, Access::ReadOnly)), 1) << name;
     }
+}
+
+TEST_F(Opening, AReaderLeavesTheFolderAsItWas) {
+    Make();
+    auto const names = [&] {
+        std::set<std::string> found;
+        for (auto const& entry : fs::recursive_directory_iterator(path))
+            found.insert(entry.path().string());
+        return found;
+    };
+    auto const before = names();
+    EXPECT_EQ(Script::Check(*Context::Open(path, Access::ReadOnly)), 4);
+    EXPECT_EQ(names(), before);
+}
+
+TEST_F(Opening, AnOpenDocumentStaysWhereItIsWhenTheProcessMoves) {
+    fs::path const before = fs::current_path();
+    fs::current_path(folder.Path());
+    auto context = Context::Create("a.ksd", Script::Fill);
+    fs::current_path("/");
+    Script::Commit(*context, 1);
+    EXPECT_EQ(Script::Findings(*context), "");
+    context->Close();
+    fs::current_path(folder.Path());
+    context = Context::Open("a.ksd", Access::ReadWrite);
+    fs::current_path("/");
+    Script::Commit(*context, 2);
+    EXPECT_EQ(Script::Check(*context), 2);
+    EXPECT_EQ(Script::Findings(*context), "");
+    fs::current_path(before);
 }
 
 TEST_F(Opening, RelativePathsWork) {
