@@ -32,7 +32,8 @@ class KOV_EXPORT KOVSrvInverseConnectivity {
 
     /// Inverts the whole mesh, or the given elements only; what was there before goes. Every
     /// connectivity entry must be a node index below NumberNodes(); that is not checked. Throws
-    /// KOVSimException where there are more than 2147483647 entries.
+    /// KOVSimException, and holds nothing then, where there are more than 2147483647 entries, where
+    /// the share of a drawer takes 2 GiB or more, and whatever else the store refuses.
     void Invert();
     void Invert(KOVSimCSetID const& elements);
 
@@ -62,6 +63,8 @@ class KOV_EXPORT KOVSrvInverseConnectivity {
     static constexpr std::uint32_t kElementMask = (std::uint32_t{1} << kElementBits) - 1;
 
     void Restart();
+    void InvertDrawers();
+    void InvertShares(KOVSimCSetID const& elements);
     void AllocateOffsets(int nodes);
     void AllocateEntries();
 

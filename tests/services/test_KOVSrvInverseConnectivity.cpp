@@ -157,6 +157,60 @@ TEST_P(InverseConnectivity, InvertAgainStartsFromTheBeginning) {
     EXPECT_THAT(EntriesOf(inverse, 2), ElementsAre(Pair(0, 1), Pair(1, 0), Pair(2, 0)));
 }
 
+// The second drawer is too large to be read at once; what the first one gave goes too.
+TEST(InverseConnectivityLimits, InversionThatIsRefusedHoldsNothing) {
+    constexpr int kMost = 268'435'455;
+    MeshDocument mesh(Medium::Memory, 10, kMost + 10);
+    KOVSrvElementConnectivity service(mesh.Connectivity(), 100);
+    auto const transaction = mesh.Write();
+    int const data[] = {1, 2};
+    service.Append(*transaction, mesh.document.GetMesh().ID(), mesh.Elements({0}),
+                   mesh.Positions(2), data);
+    KOVSrvInverseConnectivity inverse(mesh.document.GetMesh());
+    inverse.Invert();
+    EXPECT_EQ(inverse.Total(), 2);
+
+    KOVSimDistribution const distribution = mesh.ConnectivityDistribution();
+    Ints chunks(2, 0);
+    chunks.Get(0) = 100;
+    chunks.Get(1) = 2;
+    KOVSimTransfer make(distribution);
+    make.SetMakeNewDrawerChunked(chunks).SetBufferPadding(false).SetExtendableDim(0);
+    make.SetDim(0, mesh.elements.CreateTempCSetStrided(1, kMost, 1, 1));
+    make.SetDim(1, mesh.Positions(2)).CheckView().ExecMake();
+    KOVSimTransfer extend(distribution);
+    extend.SetWrite().SetAutoExtend().SetBufferPadding(false).SetDrawer(make.DrawerID());
+    extend.SetDim(0, mesh.Elements({kMost + 1})).SetDim(1, mesh.Positions(2)).CheckView();
+    extend.SetBuffer(0, data, sizeof data).ExecWrite().RelinquishBuffers();
+
+    for (KOVSimCSetID const& all :
+         {KOVSimCSetID(), mesh.elements.CreateTempCSetStrided(0, kMost + 2, 1, 1)}) {
+        EXPECT_THROW(all.IsNull() ? inverse.Invert() : inverse.Invert(all), KOVSimException);
+        EXPECT_EQ(inverse.Total(), 0);
+        EXPECT_EQ(inverse.Offsets(), nullptr);
+    }
+    inverse.Invert(mesh.Elements({0, kMost + 1}));
+    EXPECT_THAT(EntriesOf(inverse, 1), ElementsAre(Pair(0, 0), Pair((kMost + 1) & 0x1ffffff, 0)));
+}
+
+TEST_P(InverseConnectivity, NullMeshAndClosedDocumentAreRefused) {
+    KOVSrvInverseConnectivity none{KOVSimPosition()};
+    EXPECT_THROW(none.Invert(), KOVSimException);
+    Append({0}, 2, {1, 2});
+    KOVSrvInverseConnectivity inverse(MeshPosition());
+    inverse.Invert();
+    mesh.document.Close();
+    EXPECT_THROW(inverse.Invert(), KOVSimException);
+    EXPECT_EQ(inverse.Total(), 0);
+}
+
+TEST_P(InverseConnectivity, SetOfAnotherCollectionIsRefused) {
+    Append({0}, 2, {1, 2});
+    KOVSrvInverseConnectivity inverse(MeshPosition());
+    EXPECT_THROW(inverse.Invert(mesh.Nodes({0})), KOVSimException);
+    EXPECT_EQ(inverse.Offsets(), nullptr);
+}
+
 TEST_P(InverseConnectivity, OnlyTheGivenElementsAreInverted) {
     Append({0, 1, 2}, 2, {1, 2, 2, 3, 3, 4});
     Append({10, 11}, 3, {2, 3, 4, 1, 2, 3});

@@ -82,6 +82,24 @@ struct Block {
     KOVSimCSetID positions;
 };
 
+// Undoes an inversion that does not come to its end: reading a block may throw, and half a table
+// would be taken for a whole one.
+template <class Undo>
+class Unless {
+  public:
+    explicit Unless(Undo undo) : m_undo(undo) {}
+    Unless(Unless const&) = delete;
+    Unless& operator=(Unless const&) = delete;
+    ~Unless() {
+        if (!m_done) m_undo();
+    }
+    void Done() { m_done = true; }
+
+  private:
+    Undo m_undo;
+    bool m_done = false;
+};
+
 // Pass two over all blocks; each is freed as soon as its entries are written.
 void FillEntries(std::vector<Block>& blocks, int const* offsets, int nodes,
                  std::uint32_t* entries) {
@@ -132,6 +150,19 @@ void KOVSrvInverseConnectivity::AllocateEntries() {
 
 void KOVSrvInverseConnectivity::Invert() {
     Restart();
+    Unless unfinished([this] { Restart(); });
+    InvertDrawers();
+    unfinished.Done();
+}
+
+void KOVSrvInverseConnectivity::Invert(KOVSimCSetID const& elements) {
+    Restart();
+    Unless unfinished([this] { Restart(); });
+    InvertShares(elements);
+    unfinished.Done();
+}
+
+void KOVSrvInverseConnectivity::InvertDrawers() {
     int const nodes = NumberNodes();
     AllocateOffsets(nodes);
 
@@ -157,8 +188,7 @@ void KOVSrvInverseConnectivity::Invert() {
     FillEntries(blocks, m_offsets, nodes, m_inverse);
 }
 
-void KOVSrvInverseConnectivity::Invert(KOVSimCSetID const& elements) {
-    Restart();
+void KOVSrvInverseConnectivity::InvertShares(KOVSimCSetID const& elements) {
     KOVSimCSet const elset(elements);
     // The rows of a block follow the set of the view, and pass two takes its members ascending.
     KOV_UTT_ASSERT(elset.IsAscending() || elset.Size() == 0);
