@@ -1,10 +1,9 @@
 // Reads keyword text from a stream and hands each keyword to the callback registered for it.
 //
 // A keyword line is white space, one `*`, white space, a letter and so on; a comment line begins
-// with
-// `**`; all else is data. A keyword line holds the keyword and its parameters, separated by commas;
-// white space outside double quotes is deleted from them. A comma at the end of the line continues
-// the parameters on the next.
+// with `**`; all else is data. A keyword line holds the keyword and its parameters, separated by
+// commas; white space outside double quotes is deleted from them. A comma at the end of the line
+// continues the parameters on the next.
 //
 // The data lines behind a keyword belong to its callback, which steps through them with a
 // KOVSrvKeywordDataReader and has to leave the parser at the next keyword line or at the end:

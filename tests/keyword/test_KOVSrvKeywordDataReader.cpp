@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <climits>
+#include <clocale>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
@@ -163,6 +164,27 @@ TEST(KOVSrvKeywordDataReader, DoublesAreReadAsStrtodReadsThem) {
     }
 }
 
+// Needs a locale of that kind on the machine.
+TEST(KOVSrvKeywordDataReader, DoublesDoNotDependOnTheLocale) {
+    bool found = false;
+    for (char const* name : {"de_DE.UTF-8", "de_DE.utf8", "fr_FR.UTF-8", "fr_FR.utf8"}) {
+        found = found || std::setlocale(LC_ALL, name);
+    }
+    if (!found) GTEST_SKIP() << "no locale with a comma as decimal point";
+    EXPECT_EQ(std::strtod("0,5", nullptr), 0.5);
+    for (char const* text : {"1.5", "1.5e400", "1.5e-400", "0x1.8p3", "1.234567890123456789e-20"}) {
+        Line line(std::string(text) + ",5");
+        double const read = line.reader.ReadDouble(7);
+        EXPECT_EQ(line.reader.ReadInt(0), 5) << text;
+        std::setlocale(LC_ALL, "C");
+        EXPECT_EQ(read, std::strtod(text, nullptr)) << text;
+        for (char const* name : {"de_DE.UTF-8", "de_DE.utf8", "fr_FR.UTF-8", "fr_FR.utf8"}) {
+            if (std::setlocale(LC_ALL, name)) break;
+        }
+    }
+    std::setlocale(LC_ALL, "C");
+}
+
 TEST(KOVSrvKeywordDataReader, AQuotedCommaBelongsToTheText) {
     Line line("\"a,b\", c\n");
     EXPECT_EQ(line.reader.ReadString(), "\"a,b\"");
@@ -259,6 +281,15 @@ TEST(KOVSrvKeywordDataReader, AnIndentedKeywordLineThatIsShorterThanItsIndentIsR
     reader.Next();
     EXPECT_TRUE(reader.IsDone());
     EXPECT_STREQ(source.parser.Readline(), "*k\n");
+}
+
+TEST(KOVSrvKeywordDataReader, IsDoneAsksForTheTextFromTheNextFieldOn) {
+    Line line("1, *k\n");
+    EXPECT_FALSE(line.reader.IsDone());
+    EXPECT_EQ(line.reader.ReadInt(0), 1);
+    EXPECT_TRUE(line.reader.IsDone());
+    EXPECT_EQ(line.reader.ReadString(), " *k\n");
+    EXPECT_FALSE(line.reader.IsDone());
 }
 
 TEST(KOVSrvKeywordDataReader, IsDoneAtTheEndOfTheStream) {

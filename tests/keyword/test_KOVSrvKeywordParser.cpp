@@ -216,6 +216,29 @@ TEST(KOVSrvKeywordParser, ALineOf254CharactersKeepsItsNewline) {
     EXPECT_STREQ(source.parser.Readline(), "\n");
 }
 
+TEST(KOVSrvKeywordParser, ALastLineOf255CharactersEndsTheStreamAndOneOf256ComesInTwo) {
+    for (int length : {255, 256, 257}) {
+        KeywordText source(std::string(static_cast<std::size_t>(length), 'x'));
+        EXPECT_EQ(source.parser.Readline(), std::string(255, 'x'));
+        if (length > 255) {
+            EXPECT_EQ(source.parser.Readline(),
+                      std::string(static_cast<std::size_t>(length - 255), 'x'));
+        }
+        EXPECT_FALSE(source.parser.IsEndOfFile());
+        EXPECT_STREQ(source.parser.Readline(), "");
+        EXPECT_TRUE(source.parser.IsEndOfFile());
+    }
+}
+
+TEST(KOVSrvKeywordParser, AZeroByteEndsTheTextOfItsLine) {
+    KeywordText source(std::string("a \0b\n*k\n", 8) + std::string("\0", 1));
+    EXPECT_STREQ(source.parser.Readline(), "a");
+    EXPECT_STREQ(source.parser.Readline(), "*k\n");
+    EXPECT_FALSE(source.parser.IsEndOfFile());
+    EXPECT_STREQ(source.parser.Readline(), "");
+    EXPECT_TRUE(source.parser.IsEndOfFile()) << "a last line of a zero byte is no line";
+}
+
 TEST(KOVSrvKeywordParser, PiecesOfALongLineLoseTheirTrailingBlanks) {
     KeywordText source(std::string(250, 'x') + std::string(10, ' ') + "y\n");
     EXPECT_EQ(source.parser.Readline(), std::string(250, 'x'));

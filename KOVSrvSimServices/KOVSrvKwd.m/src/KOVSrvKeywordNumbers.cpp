@@ -1,5 +1,7 @@
 #include "KOVSrvKeywordNumbers.h"
 
+#include <locale.h>
+
 #include <charconv>
 #include <cstdint>
 #include <cstdlib>
@@ -53,6 +55,12 @@ char const* ToShortDouble(char const* at, double& value) {
     return at;
 }
 
+/// In the locale of the process a comma may be the decimal point.
+locale_t CLocale() {
+    static locale_t const s_locale = newlocale(LC_ALL_MASK, "C", nullptr);
+    return s_locale;
+}
+
 }  // namespace
 
 int kov::keyword::ToInt(char const* text, char const*& end) {
@@ -92,7 +100,7 @@ double kov::keyword::ToDouble(char const* text, char const*& end) {
         }
     }
     char* stop = nullptr;
-    value = std::strtod(text, &stop);
+    value = strtod_l(text, &stop, CLocale());
     end = stop;
     return value;
 }
