@@ -4,7 +4,9 @@
 // positions). Elements with different numbers of nodes share no rectangular block, so there is a
 // drawer for each key that the caller gives, such as an element type. The map from key to drawer is
 // the object's own memory: a new object on the same dataset starts without it and makes new
-// drawers. Copy an object only while it has made no drawer. Preconditions are fatal assertions.
+// drawers. It is not undone with a dropped transaction: under a key whose drawer went that way
+// `Append` throws KOVSimException. Copy an object only while it has made no drawer. Preconditions
+// are fatal assertions.
 #pragma once
 
 #include "KOVExport.h"
@@ -29,7 +31,8 @@ class KOV_EXPORT KOVSrvElementConnectivity {
 
     /// Adds the connectivity of a block of elements, or overwrites it, and brings the dataset up to
     /// date. `key` selects the drawer; only its identity is used. `positions`: a set of
-    /// connectivity positions, the same size for all blocks of one key. `data`: (elements,
+    /// connectivity positions; that of a key's first block is what its drawer holds, and a later
+    /// block may name all of it or a part. `data`: (elements,
     /// positions), row-major, node indices from 0; owned by the caller. Answers the bytes written.
     int Append(KOVSimTransaction& transaction, KOVSimDynamicID const& key,
                KOVSimCSetID const& elements, KOVSimCSetID const& positions, int const* data);

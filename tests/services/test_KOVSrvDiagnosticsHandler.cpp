@@ -203,10 +203,53 @@ TEST_P(DiagnosticsHandler, OpenTransactionOfTheCallersRefusesAnother) {
 TEST_P(DiagnosticsHandler, ClosedDocumentMakesWritingNothing) {
     Handler().BeginStep("Step-1");
     mesh.document.Close();
-    Handler().SetJobStatus(1);
-    Handler().BeginStep("no such step");
-    AddPlain(1);
-    Handler().EndStep();
+    EXPECT_NO_THROW({
+        Handler().SetJobStatus(1);
+        Handler().BeginStep("no such step");
+        AddPlain(1);
+        Handler().EndStep();
+    });
+    if (GetParam() == Medium::Memory) return;
+    mesh.Reopen();
+    EXPECT_TRUE(mesh.document.GetResults().IsNull());
+    EXPECT_TRUE(Conditions().empty());
+}
+
+TEST_P(DiagnosticsHandler, TakingTheModulesDownLeavesItsDocumentAndStep) {
+    Handler().BeginStep("Step-1");
+    int count = 0;
+    for (int round = 0; round < 2; ++round) {
+        KOVSrvBasic_initialize(count);
+        AddPlain(round);
+        KOVSrvBasic_finalize(count);
+    }
+    AddPlain(2);
+    Handler().SetJobStatus(6);
+    EXPECT_EQ(Conditions().size(), 3u);
+    EXPECT_EQ(Status(), 6);
+}
+
+TEST_P(DiagnosticsHandler, NullTextsCountAsEmptyOnes) {
+    Handler().BeginStep("Step-1");
+    char* strings[] = {nullptr};
+    Handler().AddWarningError(1, true, nullptr, 0, nullptr, 0, strings, 1, nullptr, 0, nullptr, 0);
+    ASSERT_EQ(Conditions().size(), 1u);
+    ASSERT_EQ(Arguments(Conditions()[0]).size(), 1u);
+    EXPECT_EQ(Arguments(Conditions()[0])[0].GetDataRecord().ReturnString(0), "");
+    Handler().BeginStep(nullptr);
+    EXPECT_THROW(AddPlain(1), KOVSimException) << "no step has an empty name";
+}
+
+// The current step stays that of the document it was found in.
+TEST_P(DiagnosticsHandler, StepOfAnotherDocumentIsRefused) {
+    Handler().BeginStep("Step-1");
+    MeshDocument other(GetParam());
+    Handler().SetDocument(other.document);
+    EXPECT_THROW(AddPlain(1), KOVSimException);
+    EXPECT_TRUE(Conditions().empty());
+    Handler().SetDocument(mesh.document);
+    AddPlain(2);
+    EXPECT_EQ(Conditions().size(), 1u);
 }
 
 TEST_P(DiagnosticsHandler, ClosedDocumentLeavesTheCurrentStep) {
@@ -262,11 +305,23 @@ TEST(DiagnosticsSingleton, InstanceIsOneObjectUntilItIsFinalized) {
     EXPECT_EQ(Base::Instance(), nullptr);
 }
 
+TEST(DiagnosticsSingleton, ReadOnlyDocumentRefusesTheStatus) {
+    MeshDocument mesh(Medium::Disk);
+    mesh.Reopen(KOVObjDocument::ReadOnly);
+    KOVSrvDiagnosticsHandler& handler = *omi_Singleton<KOVSrvDiagnosticsHandler>::Instance();
+    handler.SetDocument(mesh.document);
+    EXPECT_THROW(handler.SetJobStatus(1), KOVSimException);
+    omi_SingletonBase<KOVSrvDiagnosticsHandler>::Finalize();
+}
+
 TEST(DiagnosticsSingleton, HandlerWithoutADocumentWritesNothing) {
     KOVSrvDiagnosticsHandler& handler = *omi_Singleton<KOVSrvDiagnosticsHandler>::Instance();
-    handler.SetJobStatus(1);
-    handler.BeginStep("Step-1");
-    handler.AddWarningError(1, true, nullptr, 0, nullptr, 0, nullptr, 0, nullptr, 0, nullptr, 0);
+    EXPECT_NO_THROW({
+        handler.SetJobStatus(1);
+        handler.BeginStep("Step-1");
+        handler.AddWarningError(1, true, nullptr, 0, nullptr, 0, nullptr, 0, nullptr, 0, nullptr,
+                                0);
+    });
     omi_SingletonBase<KOVSrvDiagnosticsHandler>::Finalize();
 }
 

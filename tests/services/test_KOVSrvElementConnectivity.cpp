@@ -116,6 +116,48 @@ TEST_P(ElementConnectivity, MorePositionsUnderTheSameKeyAreRefused) {
     EXPECT_EQ(Drawers().Size(), 1);
 }
 
+TEST_P(ElementConnectivity, OtherPositionsUnderTheSameKeyAreRefused) {
+    KOVSrvElementConnectivity service = Service();
+    Append(service, Key(0), mesh.Elements({0}), 2, {1, 2});
+    auto const transaction = mesh.Write();
+    int const data[] = {3, 4};
+    EXPECT_THROW(service.Append(*transaction, Key(0), mesh.Elements({1}),
+                                MeshDocument::Set(mesh.positions, {1, 2}), data),
+                 KOVSimException);
+}
+
+TEST_P(ElementConnectivity, BlockMayNameAPartOfThePositionsOfItsDrawer) {
+    KOVSrvElementConnectivity service = Service();
+    Append(service, Key(0), mesh.Elements({0}), 3, {1, 2, 3});
+    EXPECT_EQ(Append(service, Key(0), mesh.Elements({1}), 2, {4, 5}), 8);
+    mesh.Reopen();
+    EXPECT_EQ(Drawers().Size(), 1);
+    EXPECT_THAT(Read(mesh.Elements({0, 1}), 3, -7), ElementsAre(1, 2, 3, 4, 5, 0));
+}
+
+TEST_P(ElementConnectivity, KeyWhoseDrawerWasDroppedIsRefused) {
+    KOVSrvElementConnectivity service = Service();
+    int const data[] = {1, 2};
+    {
+        auto const transaction = mesh.Write();
+        service.Append(*transaction, Key(0), mesh.Elements({0}), mesh.Positions(2), data);
+    }
+    EXPECT_THROW(Append(service, Key(0), mesh.Elements({0}), 2, {1, 2}), KOVSimException);
+    EXPECT_EQ(Append(service, Key(1), mesh.Elements({0}), 2, {1, 2}), 8);
+    EXPECT_EQ(Drawers().Size(), 1);
+}
+
+TEST_P(ElementConnectivity, RefusedViewMakesNoDrawerAndLeavesTheKeyFree) {
+    KOVSrvElementConnectivity service = Service();
+    auto const transaction = mesh.Write();
+    int const data[] = {1, 2};
+    EXPECT_THROW(service.Append(*transaction, Key(0), mesh.Elements({0}), mesh.Nodes({0}), data),
+                 KOVSimException);
+    EXPECT_EQ(Drawers().Size(), 0);
+    EXPECT_EQ(service.Append(*transaction, Key(0), mesh.Elements({0}), mesh.Positions(2), data), 8);
+    EXPECT_EQ(Drawers().Size(), 1);
+}
+
 TEST_P(ElementConnectivity, NewObjectStartsWithoutDrawers) {
     KOVSrvElementConnectivity first = Service();
     Append(first, Key(0), mesh.Elements({0, 1}), 2, {1, 2, 3, 4});
@@ -171,7 +213,29 @@ TEST_P(ElementConnectivity, ReadOfADatasetWithoutADistributionIsTheStoresRefusal
     EXPECT_THROW(service.Read(mesh.Elements({0}), mesh.Positions(2), out), KOVSimException);
 }
 
+TEST_P(ElementConnectivity, ClosedDocumentIsTheStoresRefusal) {
+    KOVSrvElementConnectivity service = Service();
+    auto const transaction = mesh.Write();
+    KOVSimCSetID const elements = mesh.Elements({0});
+    KOVSimCSetID const positions = mesh.Positions(2);
+    mesh.document.Close();
+    int data[] = {1, 2};
+    EXPECT_THROW(service.Append(*transaction, KOVSimDynamicID(), elements, positions, data),
+                 KOVSimException);
+    EXPECT_THROW(service.Read(KOVSimCSet(), KOVSimCSet(), data), KOVSimException);
+}
+
 using ElementConnectivityDeath = testing::Test;
+
+TEST(ElementConnectivityDeath, NullPositionIsFatalOnAppend) {
+    ExpectFatalAssertion("rdistribution.IsNull() == false", kSource, [&] {
+        MeshDocument mesh;
+        auto const transaction = mesh.Write();
+        int const data[] = {1, 2};
+        KOVSrvElementConnectivity(KOVSimPosition(), 10)
+            .Append(*transaction, KOVSimDynamicID(), mesh.Elements({0}), mesh.Positions(2), data);
+    });
+}
 
 TEST(ElementConnectivityDeath, KeyOutsideTheTableOfChunkSizesIsFatal) {
     ExpectFatalAssertion("m_chunkSize != 0", kSource, [&] {

@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <climits>
 #include <vector>
 
 #include "KOVSrvNodalCoordinates.h"
@@ -183,6 +184,45 @@ TEST_P(NodalCoordinates, DroppedTransactionLeavesNoDrawer) {
     EXPECT_THAT(Read(mesh.Nodes({0, 1}), mesh.Components({0})), ElementsAre(0, 10));
 }
 
+TEST_P(NodalCoordinates, SetsThatDoNotFitTheGridAreRefusedAndMakeNoDrawer) {
+    auto const transaction = mesh.Write();
+    KOVSrvNodalCoordinates service = Service();
+    double const data[6] = {};
+    EXPECT_THROW(service.Append(*transaction, Axes(), mesh.Nodes({0, 1}), data), KOVSimException);
+    EXPECT_THROW(service.Append(*transaction, mesh.Elements({0}), Axes(), data), KOVSimException);
+    EXPECT_EQ(NumberDrawers(), 0);
+    service.Append(*transaction, mesh.Nodes({0}), Axes(), data);
+    EXPECT_THROW(service.Append(*transaction, mesh.Nodes({0}), mesh.Components({0, 1}), data),
+                 KOVSimException);
+    EXPECT_THROW(
+        service.Append(*transaction, MeshDocument::Ordered(mesh.nodes, {3, 3}), Axes(), data),
+        KOVSimException);
+    EXPECT_EQ(Members(service.Nodes()), (std::vector<int>{0}));
+}
+
+TEST_P(NodalCoordinates, BlockOf2GiBAndMoreIsRefused) {
+    auto const transaction = mesh.Write();
+    mesh.nodes.ExtendSpace(INT_MAX);
+    KOVSimCSetID const all = mesh.nodes.CreateTempCSetStrided(0, INT_MAX, 1, 1);
+    KOVSrvNodalCoordinates service = Service();
+    double const data[3] = {1, 2, 3};
+    EXPECT_THROW(service.Append(*transaction, all, Axes(), data), KOVSimException);
+    EXPECT_EQ(service.Append(*transaction, mesh.Nodes({INT_MAX - 1}), Axes(), data), 24);
+    EXPECT_THROW(service.Append(*transaction, all, Axes(), data), KOVSimException);
+    double value = 0;
+    EXPECT_THROW(service.Read(all, Axes(), &value), KOVSimException);
+    EXPECT_EQ(service.Read(mesh.Nodes({INT_MAX - 1}), mesh.Components({20}), &value), 8);
+    EXPECT_EQ(value, 3);
+}
+
+TEST_P(NodalCoordinates, ClosedDocumentIsTheStoresRefusal) {
+    KOVSrvNodalCoordinates const service = Service();
+    KOVSimPosition const coordinates = mesh.Coordinates();
+    mesh.document.Close();
+    EXPECT_THROW(service.Nodes(), KOVSimException);
+    EXPECT_THROW(KOVSrvNodalCoordinates(coordinates, 10), KOVSimException);
+}
+
 // The dimension of the nodes is looked for; the components are the other one, whatever it is.
 TEST_P(NodalCoordinates, ComponentsAreTheDimensionOppositeTheNodes) {
     auto const transaction = mesh.Write();
@@ -211,6 +251,11 @@ TEST(NodalCoordinatesDeath, DefaultObjectStopsAtItsFirstAssertion) {
         auto const transaction = mesh.Write();
         service.Append(*transaction, mesh.Nodes({0}), mesh.Components({0, 12}), nullptr);
     });
+}
+
+TEST(NodalCoordinatesDeath, ObjectOfANullPositionStopsAtItsFirstAssertion) {
+    ExpectCheckedAssertion("m_distributionID.IsNull() == false", kSource,
+                           [&] { KOVSrvNodalCoordinates(KOVSimPosition(), 10).Nodes(); });
 }
 
 TEST(NodalCoordinatesDeath, FirstAppendOfOneComponentIsRefused) {
