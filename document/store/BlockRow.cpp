@@ -22,7 +22,8 @@ BlockRow BlockRow::Of(Statement& row) {
     r.block.bytes = row.Int(8);
     std::string_view const sums = row.Blob(9);
     r.block.sums.resize(sums.size() / sizeof(std::uint64_t));
-    std::memcpy(r.block.sums.data(), sums.data(), r.block.sums.size() * sizeof(std::uint64_t));
+    if (!r.block.sums.empty())
+        std::memcpy(r.block.sums.data(), sums.data(), r.block.sums.size() * sizeof(std::uint64_t));
     return r;
 }
 
