@@ -24,7 +24,8 @@ KOVSimCSet RunsOf100(KOVSimCollection const& nodes, int members, unsigned seed) 
     std::vector<int> list;
     for (int next = 0; static_cast<int>(list.size()) < members;) {
         next += 1 + static_cast<int>(random() % 199);
-        for (int left = 1 + static_cast<int>(random() % 199); left > 0; --left) list.push_back(next++);
+        for (int left = 1 + static_cast<int>(random() % 199); left > 0; --left)
+            list.push_back(next++);
     }
     list.resize(static_cast<std::size_t>(members));
     return nodes.CreateVolatileCSet(list.data(), members, false);

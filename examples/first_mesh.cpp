@@ -1,4 +1,5 @@
-// A first document: four nodes, one tetrahedron, a named set; written, closed, opened again and read.
+// A first document: four nodes, one tetrahedron, a named set; written, closed, opened again and
+// read.
 //
 //     first_mesh FOLDER/tetrahedron.ksd
 #include <cstdio>

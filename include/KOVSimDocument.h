@@ -2,75 +2,77 @@
 // Written by scripts/umbrella-headers.py.
 #pragma once
 
-#include "HostFatalError.h"  // IWYU pragma: export
-#include "KOVAssert.h"  // IWYU pragma: export
-#include "KOVBasAssertException.h"  // IWYU pragma: export
-#include "KOVBasException.h"  // IWYU pragma: export
-#include "KOVBasMap.h"  // IWYU pragma: export
-#include "KOVBasOmiDefaultAllocator.h"  // IWYU pragma: export
-#include "KOVBasPair.h"  // IWYU pragma: export
-#include "KOVBasVector.h"  // IWYU pragma: export
-#include "KOVBtreeShape.h"  // IWYU pragma: export
-#include "KOVChar.h"  // IWYU pragma: export
-#include "KOVDocModules.h"  // IWYU pragma: export
-#include "KOVExport.h"  // IWYU pragma: export
-#include "KOVObjDocument.h"  // IWYU pragma: export
-#include "KOVObjElementClass.h"  // IWYU pragma: export
-#include "KOVObjElementClassification.h"  // IWYU pragma: export
-#include "KOVObjLabeler.h"  // IWYU pragma: export
-#include "KOVObjMesh.h"  // IWYU pragma: export
-#include "KOVObjMeshedField.h"  // IWYU pragma: export
-#include "KOVObjModel.h"  // IWYU pragma: export
-#include "KOVSimArray.h"  // IWYU pragma: export
-#include "KOVSimBtree.h"  // IWYU pragma: export
-#include "KOVSimBtreeCompare.h"  // IWYU pragma: export
-#include "KOVSimBtreeIterator.h"  // IWYU pragma: export
-#include "KOVSimBtreeNode.h"  // IWYU pragma: export
-#include "KOVSimCMemberMap.h"  // IWYU pragma: export
-#include "KOVSimCSet.h"  // IWYU pragma: export
-#include "KOVSimCSetIterator.h"  // IWYU pragma: export
-#include "KOVSimCollection.h"  // IWYU pragma: export
-#include "KOVSimCompartment.h"  // IWYU pragma: export
-#include "KOVSimContext.h"  // IWYU pragma: export
-#include "KOVSimCtation.h"  // IWYU pragma: export
-#include "KOVSimDSet.h"  // IWYU pragma: export
-#include "KOVSimDataRecord.h"  // IWYU pragma: export
-#include "KOVSimDatabase.h"  // IWYU pragma: export
-#include "KOVSimDistribution.h"  // IWYU pragma: export
-#include "KOVSimDrawer.h"  // IWYU pragma: export
-#include "KOVSimDrawerDescription.h"  // IWYU pragma: export
-#include "KOVSimDynamicID.h"  // IWYU pragma: export
-#include "KOVSimException.h"  // IWYU pragma: export
-#include "KOVSimFTable.h"  // IWYU pragma: export
-#include "KOVSimGrid.h"  // IWYU pragma: export
-#include "KOVSimMap.h"  // IWYU pragma: export
-#include "KOVSimOCompartment.h"  // IWYU pragma: export
-#include "KOVSimPosition.h"  // IWYU pragma: export
-#include "KOVSimRangeType.h"  // IWYU pragma: export
-#include "KOVSimSchema.h"  // IWYU pragma: export
-#include "KOVSimSet.h"  // IWYU pragma: export
-#include "KOVSimSymbols.h"  // IWYU pragma: export
-#include "KOVSimTransaction.h"  // IWYU pragma: export
-#include "KOVSimTransfer.h"  // IWYU pragma: export
-#include "KOVSimTypeSchemaSnapshot.h"  // IWYU pragma: export
-#include "KOVSimTypedIDs.h"  // IWYU pragma: export
-#include "KOVSimTypes.h"  // IWYU pragma: export
-#include "KOVSimUttAssert.h"  // IWYU pragma: export
-#include "KOVSimVector.h"  // IWYU pragma: export
-#include "KOVString.h"  // IWYU pragma: export
-#include "atr_StringBase.h"  // IWYU pragma: export
-#include "mem.h"  // IWYU pragma: export
-#include "omi_BlkBitVect.h"  // IWYU pragma: export
-#include "omi_Btree.h"  // IWYU pragma: export
-#include "omi_BtreeIterator.h"  // IWYU pragma: export
-#include "omi_BtreeNode.h"  // IWYU pragma: export
-#include "omi_IntTable.h"  // IWYU pragma: export
-#include "omi_Singleton.h"  // IWYU pragma: export
-#include "omi_SingletonBase.h"  // IWYU pragma: export
-#include "omi_UintTable.h"  // IWYU pragma: export
-#include "zdm.h"  // IWYU pragma: export
-#include "zdm_AlgebraicTypes.h"  // IWYU pragma: export
-#include "zdm_ComponentSymbols.h"  // IWYU pragma: export
-#include "zdm_DofSymbols.h"  // IWYU pragma: export
-#include "zdm_ShapeSymbols.h"  // IWYU pragma: export
-#include "zio_ostream.h"  // IWYU pragma: export
+// IWYU pragma: begin_exports
+#include "HostFatalError.h"
+#include "KOVAssert.h"
+#include "KOVBasAssertException.h"
+#include "KOVBasException.h"
+#include "KOVBasMap.h"
+#include "KOVBasOmiDefaultAllocator.h"
+#include "KOVBasPair.h"
+#include "KOVBasVector.h"
+#include "KOVBtreeShape.h"
+#include "KOVChar.h"
+#include "KOVDocModules.h"
+#include "KOVExport.h"
+#include "KOVObjDocument.h"
+#include "KOVObjElementClass.h"
+#include "KOVObjElementClassification.h"
+#include "KOVObjLabeler.h"
+#include "KOVObjMesh.h"
+#include "KOVObjMeshedField.h"
+#include "KOVObjModel.h"
+#include "KOVSimArray.h"
+#include "KOVSimBtree.h"
+#include "KOVSimBtreeCompare.h"
+#include "KOVSimBtreeIterator.h"
+#include "KOVSimBtreeNode.h"
+#include "KOVSimCMemberMap.h"
+#include "KOVSimCSet.h"
+#include "KOVSimCSetIterator.h"
+#include "KOVSimCollection.h"
+#include "KOVSimCompartment.h"
+#include "KOVSimContext.h"
+#include "KOVSimCtation.h"
+#include "KOVSimDSet.h"
+#include "KOVSimDataRecord.h"
+#include "KOVSimDatabase.h"
+#include "KOVSimDistribution.h"
+#include "KOVSimDrawer.h"
+#include "KOVSimDrawerDescription.h"
+#include "KOVSimDynamicID.h"
+#include "KOVSimException.h"
+#include "KOVSimFTable.h"
+#include "KOVSimGrid.h"
+#include "KOVSimMap.h"
+#include "KOVSimOCompartment.h"
+#include "KOVSimPosition.h"
+#include "KOVSimRangeType.h"
+#include "KOVSimSchema.h"
+#include "KOVSimSet.h"
+#include "KOVSimSymbols.h"
+#include "KOVSimTransaction.h"
+#include "KOVSimTransfer.h"
+#include "KOVSimTypeSchemaSnapshot.h"
+#include "KOVSimTypedIDs.h"
+#include "KOVSimTypes.h"
+#include "KOVSimUttAssert.h"
+#include "KOVSimVector.h"
+#include "KOVString.h"
+#include "atr_StringBase.h"
+#include "mem.h"
+#include "omi_BlkBitVect.h"
+#include "omi_Btree.h"
+#include "omi_BtreeIterator.h"
+#include "omi_BtreeNode.h"
+#include "omi_IntTable.h"
+#include "omi_Singleton.h"
+#include "omi_SingletonBase.h"
+#include "omi_UintTable.h"
+#include "zdm.h"
+#include "zdm_AlgebraicTypes.h"
+#include "zdm_ComponentSymbols.h"
+#include "zdm_DofSymbols.h"
+#include "zdm_ShapeSymbols.h"
+#include "zio_ostream.h"
+// IWYU pragma: end_exports

@@ -20,8 +20,10 @@ def umbrella(name):
         for path in INCLUDE.glob("*.h")
         if path.name not in UMBRELLAS and path.name.startswith("KOVSrv") == services
     )
-    lines = [f"// {UMBRELLAS[name]}", "// Written by scripts/umbrella-headers.py.", "#pragma once", ""]
-    lines += [f'#include "{header}"  // IWYU pragma: export' for header in headers]
+    lines = [f"// {UMBRELLAS[name]}", "// Written by scripts/umbrella-headers.py.", "#pragma once", "",
+             "// IWYU pragma: begin_exports"]
+    lines += [f'#include "{header}"' for header in headers]
+    lines += ["// IWYU pragma: end_exports"]
     return "\n".join(lines) + "\n"
 
 

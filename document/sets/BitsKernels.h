@@ -2,9 +2,8 @@
 //
 // Counting ones is their cost, and the instruction for it is not part of the processor that
 // distributions build for, which includes the bitmap library. Each loop is compiled twice and the
-// processor at hand picks. On 10 million members among 100 million, against the bitmap library's own
-// calls: intersection 4.3 ms instead of 10.5, union 2.0 instead of 3.6.
-// Private to Bits.
+// processor at hand picks. On 10 million members among 100 million, against the bitmap library's
+// own calls: intersection 4.3 ms instead of 10.5, union 2.0 instead of 3.6. Private to Bits.
 #pragma once
 
 #include <cstddef>

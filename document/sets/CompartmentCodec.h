@@ -1,6 +1,6 @@
-// CompartmentCodec: a compartment as it is stored: for each domain 12 bytes, little-endian: the number
-// of the collection, the number of the set (0 is the collection's empty set), the type of the
-// collection. Private to this room.
+// CompartmentCodec: a compartment as it is stored: for each domain 12 bytes, little-endian: the
+// number of the collection, the number of the set (0 is the collection's empty set), the type of
+// the collection. Private to this room.
 #pragma once
 
 #include <cstdint>
