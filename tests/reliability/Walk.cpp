@@ -33,7 +33,7 @@ namespace reliability {
 
 namespace {
 
-constexpr int MostMembers = 60;     // of a collection that are visited one by one
+constexpr int MostMembers = 10;     // of a collection, of a list, that are visited one by one
 constexpr int LargestSet = 100000;  // that is read out
 constexpr int MostRows = 300;       // of a distribution that are read at a time
 constexpr int MostObjects = 4000;
