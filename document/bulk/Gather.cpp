@@ -43,6 +43,8 @@ constexpr std::int64_t JoinedGapBytes = 8192;
 constexpr std::int64_t WindowBytes = std::int64_t{store::BlockBytes};
 // Stretches resolved before they are sorted and read; bounds the memory of a transfer.
 constexpr std::size_t BatchRuns = std::size_t{1} << 20;
+// The same where they come sorted, so that a larger batch would bring nothing: they stay in cache.
+constexpr std::size_t SortedBatchRuns = std::size_t{1} << 14;
 
 class Gatherer {
   public:
@@ -66,7 +68,7 @@ class Gatherer {
                     Clear(from, n, at);
             });
             location += count;
-            if (m_runs.size() >= BatchRuns) ReadBatch();
+            if (m_runs.size() >= (m_sorted ? SortedBatchRuns : BatchRuns)) ReadBatch();
         });
         ReadBatch();
     }
@@ -75,6 +77,7 @@ class Gatherer {
     // Rows that are to be copied from a window are cut to what fits one.
     void Want(int row, int count, int location) {
         int const most = m_layout.whole ? INT_MAX : m_most;
+        if (!m_runs.empty() && row < m_runs.back().row) m_sorted = false;
         for (int done = 0; done < count;) {
             int const n = std::min(count - done, most);
             m_runs.push_back({row + done, n, location + done});
@@ -176,6 +179,7 @@ class Gatherer {
     sets::IndexSetPtr m_unwritten;
     int m_most;  // rows of a window
     std::vector<RowRun> m_runs;
+    bool m_sorted = true;  // all that was wanted so far came by ascending row
     std::vector<RowsRead> m_reads;
     std::vector<char> m_window;
 };
