@@ -23,7 +23,7 @@ class KOV_EXPORT KOVSimDistribution {
     KOVSimGrid const& Grid() const { return m_grid; }
     KOVSimRangeType Range() const { return m_range; }
     /// False for a null facade, or one whose database has gone.
-    bool IsPresent() const { return !m_share.expired(); }
+    bool IsPresent() const;
 
     /// Fills the array with one description for each drawer, in the order of creation.
     void QueryDrawers(

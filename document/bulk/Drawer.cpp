@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <exception>
 
 #include "KOVSimException.h"
 #include "document/base/Invariant.h"
@@ -54,6 +55,35 @@ Drawer::Drawer(store::Context& context, DrawerInfo const& info, IndexSetPtr rowM
                 .c_str());
 }
 
+class Drawer::Change {
+  public:
+    explicit Change(Drawer& drawer) : m_drawer(drawer), m_flying(std::uncaught_exceptions()) {
+        drawer.RequireWhole();
+    }
+    ~Change() {
+        if (std::uncaught_exceptions() > m_flying) m_drawer.m_torn = true;
+    }
+    Change(Change const&) = delete;
+    Change& operator=(Change const&) = delete;
+
+  private:
+    Drawer& m_drawer;
+    int m_flying;
+};
+
+void Drawer::RequireWhole() const {
+    if (m_torn)
+        KOVSimException::ThrowText((NameOf(m_info) +
+                                    ": a write to it has failed half-way, and the transaction can "
+                                    "only be dropped")
+                                       .c_str());
+}
+
+RowBlocks& Drawer::Blocks() {
+    RequireWhole();
+    return m_blocks;
+}
+
 void Drawer::LoadExtents() {
     if (m_extentsLoaded) return;
     Extents extents;
@@ -61,9 +91,12 @@ void Drawer::LoadExtents() {
         m_context.Cat(), "SELECT first_row, runs FROM extents WHERE drawer = ? ORDER BY first_row");
     query.Bind(m_info.number);
     while (query.Step()) {
-        std::string const fault = extents.Load(static_cast<int>(query.Int(0)), query.Blob(1));
+        std::string const fault = extents.Load(query.Int(0), query.Blob(1));
         if (!fault.empty()) KOVSimException::ThrowText((NameOf(m_info) + ": " + fault).c_str());
     }
+    if (extents.Overlap())
+        KOVSimException::ThrowText(
+            (NameOf(m_info) + ": two of its extents hold the same member").c_str());
     if (extents.Rows() != m_storedRows)
         KOVSimException::ThrowText((NameOf(m_info) + ": its extents hold " +
                                     std::to_string(extents.Rows()) + " rows of " +
@@ -74,12 +107,14 @@ void Drawer::LoadExtents() {
 }
 
 Extents const& Drawer::Rows() {
+    RequireWhole();
     LoadExtents();
     return m_extents;
 }
 
 IndexSetPtr const& Drawer::RowMembers() {
     if (m_info.growing < 0) return m_fixedRows;
+    RequireWhole();
     if (!m_rowMembers) {
         LoadExtents();
         std::vector<sets::Run> runs;
@@ -110,6 +145,7 @@ IndexSetPtr Drawer::Unwritten() {
 void Drawer::Extend(IndexSetPtr const& members) {
     IndexSetPtr const fresh = sets::Difference(members, RowMembers());
     if (fresh->IsEmpty()) return;
+    Change const change(*this);
     m_unwritten = sets::Union(m_unwritten, fresh);
     m_rowMembers = sets::UnionInto(std::move(m_rowMembers), fresh);
     m_changed = true;
@@ -118,21 +154,12 @@ void Drawer::Extend(IndexSetPtr const& members) {
 void Drawer::Write(IndexSetPtr const& members, char const* data) {
     if (members->IsEmpty()) return;
     LoadExtents();
+    Change const change(*this);
     m_changed = true;
     if (m_info.growing >= 0) {
         RowMembers();
         m_rowMembers = sets::UnionInto(std::move(m_rowMembers), members);
         if (!m_unwritten->IsEmpty()) m_unwritten = sets::Difference(m_unwritten, members);
-    }
-    if (RowBytes() == 0) {  // no columns: members without entries
-        members->ForEachRun([&](int first, int count) {
-            std::vector<Extent> fresh;
-            m_extents.ForEach(first, count, [&](int from, int n, int row) {
-                if (row < 0) fresh.push_back({from, n, 0});
-            });
-            for (Extent const& extent : fresh) m_extents.Append(extent.first, extent.count);
-        });
-        return;
     }
     // Stretches of new members are neighbours in the caller's buffer unless members that have rows
     // lie between.
@@ -194,8 +221,9 @@ void Drawer::OverwriteWindow(std::vector<RowsRead> const& runs) {
 }
 
 void Drawer::Save() {
+    Change const change(*this);
     if (!m_changed) return;
-    m_blocks.Flush();
+    m_blocks.Release();
     if (m_extents.HasUnsaved()) {
         Extents::Chunk const chunk = m_extents.Save();
         store::Statement insert(m_context.Cat(), "INSERT OR REPLACE INTO extents VALUES(?, ?, ?)");
@@ -214,6 +242,11 @@ void Drawer::Save() {
         .Run();
     m_storedRows = m_extents.Rows();
     m_changed = false;
+}
+
+void Drawer::Flush() {
+    Change const change(*this);
+    m_blocks.Release();
 }
 
 void Drawer::Check(std::function<void(std::string const&)> const& finding) {

@@ -7,6 +7,9 @@
 //
 //     made --write--> rows for some members --write, extension--> ... ; a drawer never shrinks
 //
+// A change that fails half-way (a full disk, no memory) leaves the drawer torn: it answers nothing
+// and cannot be saved, so that its transaction can only be dropped.
+//
 // Invariants: every member with a row is in the row set; columns never change; a drawer that does
 // not grow keeps its row set.
 #pragma once
@@ -53,20 +56,26 @@ class Drawer {
     /// Members of the row dimension without a row.
     sets::IndexSetPtr Unwritten();
     Extents const& Rows();
-    RowBlocks& Blocks() { return m_blocks; }
+    RowBlocks& Blocks();
     std::int64_t RowBytes() const { return m_blocks.RowBytes(); }
 
     /// Writes whole rows. `members`: ascending, of the row set, or new where the drawer grows.
-    /// `data`: their rows in order.
+    /// `data`: their rows in order; there are columns.
     void Write(sets::IndexSetPtr const& members, char const* data);
     /// Adds members without rows to a growing drawer.
     void Extend(sets::IndexSetPtr const& members);
 
     /// Writes everything gathered to the segments and the catalogue.
     void Save();
+    /// Writes gathered rows to the segments, and gives their memory back.
+    void Flush();
     void Check(std::function<void(std::string const&)> const& finding);
 
   private:
+    /// On its way out by an exception it marks the drawer as torn.
+    class Change;
+
+    void RequireWhole() const;
     void LoadExtents();
     void OverwriteWindow(std::vector<RowsRead> const& runs);
 
@@ -81,6 +90,7 @@ class Drawer {
     int m_storedRows;
     RowBlocks m_blocks;
     bool m_changed = false;
+    bool m_torn = false;  // a change has failed half-way
 };
 
 }  // namespace kov::bulk

@@ -1,5 +1,7 @@
 #include "document/bulk/DrawerStore.h"
 
+#include <climits>
+
 #include "KOVSimException.h"
 #include "document/sets/SetStore.h"
 #include "document/store/Catalogue.h"
@@ -16,6 +18,30 @@ constexpr std::size_t MaxGatheredBytes = std::size_t{64} << 20;
     KOVSimException::ThrowText(
         ("there is no " + std::string(kind) + " number " + std::to_string(number)).c_str());
 }
+
+[[noreturn]] void Damaged(std::string const& what, std::string const& error = {}) {
+    KOVSimException::ThrowText(
+        (what + ": its description is damaged" + (error.empty() ? "" : ": " + error)).c_str());
+}
+
+// Numbers of a row, none of which may be cut to 32 bits unseen.
+class Numbers {
+  public:
+    explicit Numbers(store::Statement const& row) : m_row(row) {}
+    int At(int column, std::int64_t least) {
+        using Kind = store::Statement::Kind;
+        std::int64_t const value = m_row.Int(column);  // of a null: 0
+        Kind const kind = m_row.KindOf(column);
+        m_sound = m_sound && value >= least && value <= INT_MAX &&
+                  (kind == Kind::Integer || kind == Kind::Null);
+        return m_sound ? static_cast<int>(value) : 0;
+    }
+    bool Sound() const { return m_sound; }
+
+  private:
+    store::Statement const& m_row;
+    bool m_sound = true;
+};
 }  // namespace
 
 DrawerStore::DrawerStore(store::Context& context) : m_context(context) {
@@ -34,12 +60,14 @@ DistributionInfo const& DrawerStore::Distribution(int number) {
     if (!query.Step()) NoSuch("distribution", number);
     DistributionInfo info;
     info.number = number;
-    info.type = static_cast<KOVSimTypeID>(query.Int(0));
-    info.key = static_cast<int>(query.Int(1));
-    info.range = static_cast<int>(query.Int(2));
+    Numbers numbers(query);
+    info.type = numbers.At(0, -1);
+    info.key = numbers.At(1, 0);
+    info.range = numbers.At(2, 0);
     info.dimensions = query.IsNull(4) ? 1 : 2;
-    info.collections[0] = static_cast<int>(query.Int(3));
-    info.collections[1] = static_cast<int>(query.Int(4));
+    info.collections[0] = numbers.At(3, 1);
+    info.collections[1] = numbers.At(4, info.dimensions - 1);
+    if (!numbers.Sound()) Damaged("distribution " + std::to_string(number));
     if (info.key != 2 && info.key != 4 && info.key != 7)
         KOVSimException::ThrowText(("distribution " + std::to_string(number) +
                                     ": unknown entry type " + std::to_string(info.key))
@@ -81,16 +109,17 @@ std::vector<int>& DrawerStore::DrawerList(int distribution) {
 }
 
 Drawer& DrawerStore::Get(int number) {
-    auto& slot = m_drawers[number];
-    if (!slot) {
-        try {
-            slot = Load(number);
-        } catch (...) {
-            m_drawers.erase(number);
-            throw;
-        }
+    auto const found = m_drawers.find(number);
+    if (found != m_drawers.end()) return *found->second;
+    if (!m_loading.insert(number).second) Damaged("drawer " + std::to_string(number));
+    try {
+        std::unique_ptr<Drawer> loaded = Load(number);
+        m_loading.erase(number);
+        return *(m_drawers[number] = std::move(loaded));
+    } catch (...) {
+        m_loading.erase(number);
+        throw;
     }
-    return *slot;
 }
 
 std::unique_ptr<Drawer> DrawerStore::Load(int number) {
@@ -103,36 +132,38 @@ std::unique_ptr<Drawer> DrawerStore::Load(int number) {
     if (!query.Step()) NoSuch("drawer", number);
     DrawerInfo info;
     info.number = number;
-    info.distribution = static_cast<int>(query.Int(0));
+    Numbers numbers(query);
+    info.distribution = numbers.At(0, 1);
+    info.growing = numbers.At(1, -1);
+    info.chunked = !query.IsNull(2);
+    info.chunks[0] = numbers.At(2, 0);
+    info.chunks[1] = numbers.At(3, 0);
+    info.sets[0] = numbers.At(4, 0);
+    info.sets[1] = numbers.At(5, 0);
+    std::int64_t const rowBytes = query.Int(6);
+    int const rows = numbers.At(7, 0);
+    std::string const name =
+        "drawer " + std::to_string(number) + " of distribution " + std::to_string(query.Int(0));
+    if (!numbers.Sound()) Damaged(name);
     DistributionInfo const& distribution = Distribution(info.distribution);
     info.dimensions = distribution.dimensions;
     info.entryBytes = distribution.EntryBytes();
-    info.growing = static_cast<int>(query.Int(1));
-    info.chunked = !query.IsNull(2);
-    info.chunks[0] = static_cast<int>(query.Int(2));
-    info.chunks[1] = static_cast<int>(query.Int(3));
-    info.sets[0] = static_cast<int>(query.Int(4));
-    info.sets[1] = static_cast<int>(query.Int(5));
-    std::int64_t const rowBytes = query.Int(6);
-    std::int64_t const rows = query.Int(7);
     std::string error;
     std::string_view const blob = query.Blob(8);
     IndexSetPtr const unwritten =
         blob.empty() ? IndexSet::Empty() : sets::Decode(blob.data(), blob.size(), &error);
-    if (info.growing < -1 || info.growing >= info.dimensions || rows < 0 ||
-        rows > sets::kHighestMember || !unwritten)
-        KOVSimException::ThrowText(("drawer " + std::to_string(number) + " of distribution " +
-                                    std::to_string(info.distribution) +
-                                    ": its description is damaged" +
-                                    (error.empty() ? "" : ": " + error))
-                                       .c_str());
+    if (info.growing >= info.dimensions || !unwritten) Damaged(name, error);
     sets::SetStore& setStore = sets::SetStore::Of(m_context);
     IndexSetPtr const rowMembers = info.growing < 0 ? setStore.Load(info.sets[0]) : nullptr;
     IndexSetPtr const columns =
         info.dimensions == 1 ? IndexSet::Range(0, 1) : setStore.Load(info.sets[1 - info.RowDim()]);
+    // A drawer is made with ascending sets.
+    if (!columns->IsAscending() || !unwritten->IsAscending() ||
+        (rowMembers && !rowMembers->IsAscending()))
+        Damaged(name, "a set of it is not ascending");
     if (info.growing >= 0) m_growingSets[info.sets[info.growing]] = number;
-    return std::make_unique<Drawer>(m_context, info, rowMembers, columns, static_cast<int>(rows),
-                                    rowBytes, unwritten);
+    return std::make_unique<Drawer>(m_context, info, rowMembers, columns, rows, rowBytes,
+                                    unwritten);
 }
 
 Drawer& DrawerStore::Create(int distribution, std::vector<IndexSetPtr> const& members,
@@ -176,10 +207,11 @@ Drawer& DrawerStore::Create(int distribution, std::vector<IndexSetPtr> const& me
         insert.BindNull();
     insert.Bind(drawer->RowBytes()).Run();
 
-    drawers.push_back(info.number);
+    Drawer& made = *(m_drawers[info.number] = std::move(drawer));
     if (growing >= 0) m_growingSets[info.sets[growing]] = info.number;
-    m_gathering[info.number] = {drawer.get(), 0};
-    return *(m_drawers[info.number] = std::move(drawer));
+    Writing(made);
+    drawers.push_back(info.number);
+    return made;
 }
 
 IndexSetPtr DrawerStore::GrowingMembers(int set) {
@@ -190,19 +222,24 @@ IndexSetPtr DrawerStore::GrowingMembers(int set) {
         "SELECT number FROM drawers WHERE growing = 0 AND set0 = ?1 OR growing = 1 AND set1 = ?1");
     query.Bind(set);
     if (!query.Step()) NoSuch("drawer that owns set", set);
-    int const drawer = static_cast<int>(query.Int(0));
+    Numbers numbers(query);
+    int const drawer = numbers.At(0, 1);
+    if (!numbers.Sound()) NoSuch("drawer that owns set", set);
     m_growingSets[set] = drawer;
     return Get(drawer).RowMembers();
 }
 
+void DrawerStore::Writing(Drawer& drawer) {
+    m_gathering.try_emplace(drawer.Info().number, Gathering{&drawer, 0});
+}
+
 void DrawerStore::Written(Drawer& drawer) {
-    Gathering& entry =
-        m_gathering.try_emplace(drawer.Info().number, Gathering{&drawer, 0}).first->second;
+    Gathering& entry = m_gathering.at(drawer.Info().number);
     m_gatheredBytes += drawer.Blocks().PendingBytes() - entry.bytes;
     entry.bytes = drawer.Blocks().PendingBytes();
     if (m_gatheredBytes <= MaxGatheredBytes) return;
     for (auto& each : m_gathering) {
-        each.second.drawer->Blocks().Flush();
+        each.second.drawer->Flush();
         each.second.bytes = 0;
     }
     m_gatheredBytes = 0;
@@ -215,6 +252,7 @@ void DrawerStore::BeforeCommit() {
 }
 
 void DrawerStore::AfterRollback() {
+    ++m_generation;
     m_gathering.clear();
     m_gatheredBytes = 0;
     m_drawers.clear();

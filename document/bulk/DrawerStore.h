@@ -5,6 +5,7 @@
 
 #include <map>
 #include <memory>
+#include <set>
 #include <unordered_map>
 #include <vector>
 
@@ -50,9 +51,15 @@ class DrawerStore : public store::ContextPart {
     void AfterRefresh() override;
     void Verify(std::function<void(std::string const&)> const& finding) override;
 
-    /// To be called after rows were written to `drawer`: keeps what is gathered over all drawers
-    /// within bounds.
+    /// To be called before `drawer` is changed: it takes part in the next commit, and stops it
+    /// should the change fail half-way.
+    void Writing(Drawer& drawer);
+    /// To be called afterwards: keeps what is gathered over all drawers within bounds.
     void Written(Drawer& drawer);
+
+    /// Another number after each rollback and refresh: what was found out before may not hold any
+    /// more.
+    int Generation() const { return m_generation; }
 
   private:
     std::unique_ptr<Drawer> Load(int number);
@@ -71,6 +78,8 @@ class DrawerStore : public store::ContextPart {
     };
     std::map<int, Gathering> m_gathering;  // drawers with work for the commit
     std::size_t m_gatheredBytes = 0;
+    int m_generation = 0;
+    std::set<int> m_loading;  // drawers; a damaged catalogue may tie one to itself by its sets
 };
 
 }  // namespace kov::bulk

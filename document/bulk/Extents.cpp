@@ -70,7 +70,7 @@ Extents::Chunk Extents::Save() {
     return chunk;
 }
 
-std::string Extents::Load(int firstRow, std::string_view runs) {
+std::string Extents::Load(std::int64_t firstRow, std::string_view runs) {
     if (firstRow != m_rows)
         return "an extent chunk does not begin at the row behind the one before it";
     m_arrived.clear();
@@ -93,10 +93,14 @@ std::string Extents::Load(int firstRow, std::string_view runs) {
     }
     m_savedRows = m_rows;
     if (m_arrived.size() >= MergedChunkRuns) m_arrived.clear();
+    return {};
+}
+
+bool Extents::Overlap() const {
     std::vector<Extent> const& sorted = Sorted();
     for (std::size_t i = 1; i < sorted.size(); ++i)
-        if (sorted[i - 1].End() > sorted[i].first) return "two extents hold the same member";
-    return {};
+        if (sorted[i - 1].End() > sorted[i].first) return true;
+    return false;
 }
 
 }  // namespace kov::bulk

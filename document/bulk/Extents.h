@@ -11,6 +11,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -72,7 +73,10 @@ class Extents {
     /// chunks.
     Chunk Save();
     /// Takes a stored chunk up, in order of first rows; an empty text, or what is wrong with it.
-    std::string Load(int firstRow, std::string_view runs);
+    std::string Load(std::int64_t firstRow, std::string_view runs);
+    /// Whether two of the loaded extents hold the same member. To be asked once, after the last
+    /// chunk.
+    bool Overlap() const;
 
   private:
     void Settle() const;

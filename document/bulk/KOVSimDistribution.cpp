@@ -64,6 +64,11 @@ KOVSimDistribution::KOVSimDistribution(KOVSimDistributionID const& id) {
     m_share = context.weak_from_this();
 }
 
+bool KOVSimDistribution::IsPresent() const {
+    std::shared_ptr<Context> const share = m_share.lock();
+    return share && !share->IsClosed();
+}
+
 void KOVSimDistribution::QueryDrawers(
     KOVSimArray<KOVSimPersistentDrawerDesc, KOVSimArrayClassPolicy<KOVSimPersistentDrawerDesc>>&
         drawers) const {

@@ -32,6 +32,7 @@ struct KOVSimTransfer::Plan {
     KOVSimTypeKey bufferType = 0;
 
     bool checked = false;
+    int generation = 0;  // of the drawers, when the view was checked
     View view;
     int target = 0;  // number of the drawer that is written; 0: to be made
     void* buffer = nullptr;
@@ -46,6 +47,8 @@ struct KOVSimTransfer::Plan {
 
     [[noreturn]] void Refuse(std::string const& why) const;
     void Change();
+    void Check();
+    void CheckAgain();
     void CheckDim(int dim);
     void CheckChunks() const;
     void CheckTarget();
@@ -282,41 +285,55 @@ KOVSimTransfer& KOVSimTransfer::SetBufferType(KOVSimTypeKey key) {
     return *this;
 }
 
-KOVSimTransfer& KOVSimTransfer::CheckView() {
-    Plan& plan = *m_plan;
-    if (plan.distribution.ID().IsNull()) plan.Refuse("the distribution is null");
-    if (plan.direction == Plan::Direction::None && !plan.make)
-        plan.Refuse("neither reading nor writing nor making was asked for");
-    if (plan.direction == Plan::Direction::Read && plan.make) plan.Refuse("a read makes no drawer");
-    kov::bulk::DistributionInfo const& info =
-        plan.Drawers().Distribution(plan.distribution.ID().Minor());
-    plan.view = View();
-    plan.view.dimensions = info.dimensions;
-    plan.view.entryBytes = info.EntryBytes();
-    plan.view.dims[1] = IndexSet::Range(0, 1);
-    if (plan.extension) {
-        if (!plan.drawer || plan.direction != Plan::Direction::Write)
-            plan.Refuse("an extension needs a write to a named drawer");
-        int const growing = plan.Drawers().Get(plan.drawer->Minor()).Info().growing;
-        if (growing < 0) plan.Refuse("the drawer cannot grow, and an extension was given");
-        plan.dims[growing] = plan.extension;
+void Plan::Check() {
+    if (distribution.ID().IsNull()) Refuse("the distribution is null");
+    if (direction == Direction::None && !make)
+        Refuse("neither reading nor writing nor making was asked for");
+    if (direction == Direction::Read && make) Refuse("a read makes no drawer");
+    kov::bulk::DistributionInfo const& info = Drawers().Distribution(distribution.ID().Minor());
+    view = View();
+    view.dimensions = info.dimensions;
+    view.entryBytes = info.EntryBytes();
+    view.dims[1] = IndexSet::Range(0, 1);
+    if (extension) {
+        if (!drawer || direction != Direction::Write)
+            Refuse("an extension needs a write to a named drawer");
+        if (drawer->Parent() != distribution.ID().Minor())
+            Refuse("the drawer belongs to another distribution");
+        Drawer const& extended = Drawers().Get(drawer->Minor());
+        int const dimension = extended.Info().growing;
+        if (dimension < 0) Refuse("the drawer cannot grow, and an extension was given");
+        dims[dimension] = extension;
         // The other dimension defaults to all that the drawer has there.
         for (int dim = 0; dim < info.dimensions; ++dim)
-            if (!plan.dims[dim])
-                plan.dims[dim] = KOVSimCSet(plan.distribution.Grid().Collections().ConstGet(dim),
-                                            plan.Drawers().Get(plan.drawer->Minor()).Columns());
+            if (!dims[dim])
+                dims[dim] =
+                    KOVSimCSet(distribution.Grid().Collections().ConstGet(dim), extended.Columns());
     }
-    for (int dim = 0; dim < info.dimensions; ++dim) plan.CheckDim(dim);
-    int const bufferEntry = plan.bufferType == KOVSimTypeKeyDouble ? 8 : plan.view.entryBytes;
-    if (plan.bufferType != 0 && plan.bufferType != info.key &&
-        !(plan.bufferType == KOVSimTypeKeyDouble && plan.direction == Plan::Direction::Read))
-        plan.Refuse("entries of type " + std::to_string(info.key) +
-                    " cannot be moved through a buffer of type " + std::to_string(plan.bufferType));
-    if (plan.view.Entries() * bufferEntry > INT_MAX)
-        plan.Refuse("the view takes " + std::to_string(plan.view.Entries() * bufferEntry) +
-                    " bytes, and one transfer moves less than 2 GiB: take fewer members at a time");
-    plan.CheckTarget();
-    plan.checked = true;
+    for (int dim = 0; dim < info.dimensions; ++dim) CheckDim(dim);
+    int const bufferEntry = bufferType == KOVSimTypeKeyDouble ? 8 : view.entryBytes;
+    if (bufferType != 0 && bufferType != info.key &&
+        !(bufferType == KOVSimTypeKeyDouble && direction == Direction::Read))
+        Refuse("entries of type " + std::to_string(info.key) +
+               " cannot be moved through a buffer of type " + std::to_string(bufferType));
+    if (view.Entries() > INT_MAX / bufferEntry)
+        Refuse("the view has " + std::to_string(view.Entries()) + " entries of " +
+               std::to_string(bufferEntry) +
+               " bytes, and one transfer moves less than 2 GiB: take fewer members at a time");
+    CheckTarget();
+    generation = Drawers().Generation();
+    checked = true;
+}
+
+// Drawers and members that the view was checked against may have gone with a dropped transaction.
+void Plan::CheckAgain() {
+    if (generation == Drawers().Generation()) return;
+    target = 0;
+    Check();
+}
+
+KOVSimTransfer& KOVSimTransfer::CheckView() {
+    m_plan->Check();
     return *this;
 }
 
@@ -347,6 +364,7 @@ KOVSimTransfer& KOVSimTransfer::ExecRead() {
     Plan& plan = *m_plan;
     if (!plan.checked || plan.direction != Plan::Direction::Read)
         plan.Refuse("ExecRead needs SetRead and CheckView");
+    plan.CheckAgain();
     if (plan.view.Entries() == 0) return *this;
     if (!plan.buffer || plan.readOnlyBuffer) plan.Refuse("no buffer was set to read into");
     DrawerStore& drawers = plan.Drawers();
@@ -376,6 +394,7 @@ KOVSimTransfer& KOVSimTransfer::ExecMake() {
     if (!plan.checked || !plan.make)
         plan.Refuse("ExecMake needs SetMakeNewDrawer or SetMakeNewDrawerChunked, and CheckView");
     if (plan.target != 0) plan.Refuse("the drawer was made already");
+    plan.CheckAgain();
     plan.Make();
     return *this;
 }
@@ -385,9 +404,11 @@ KOVSimTransfer& KOVSimTransfer::ExecWrite() {
     if (!plan.checked || plan.direction != Plan::Direction::Write)
         plan.Refuse("ExecWrite needs SetWrite and CheckView");
     plan.Context().RequireTransaction("write bulk numbers");
+    plan.CheckAgain();
     if (plan.view.Entries() > 0 && !plan.buffer) plan.Refuse("no buffer was set to write from");
     if (plan.target == 0) plan.Make();
     Drawer& drawer = plan.Drawers().Get(plan.target);
+    plan.Drawers().Writing(drawer);
     if (drawer.Info().growing >= 0 && plan.view.Entries() == 0)
         drawer.Extend(plan.view.dims[drawer.Info().RowDim()]->Ascending());
     else

@@ -17,15 +17,26 @@ constexpr int NarrowReadsBeforeLoading = 8;
 // More pieces than this within the rows of one block are written anew as one.
 constexpr std::size_t CrowdedPieces = 64;
 
-Piece PieceOf(store::Statement const& row) {
-    Piece piece;
+// False if the numbers cannot be those of a piece of rows of `rowBytes`.
+bool TakePiece(store::Statement const& row, std::int64_t rowBytes, Piece& piece) {
+    for (int column = 0; column < 4; ++column)
+        if (row.KindOf(column) != store::Statement::Kind::Integer || row.Int(column) < 0 ||
+            row.Int(column) > INT_MAX)
+            return false;
     piece.firstRow = static_cast<int>(row.Int(0));
     piece.rows = static_cast<int>(row.Int(1));
     piece.skip = static_cast<int>(row.Int(2));
     piece.block.segment = static_cast<int>(row.Int(3));
     piece.block.offset = row.Int(4);
     piece.block.bytes = row.Int(5);
+    if (piece.rows == 0 || piece.rows > INT_MAX - piece.firstRow || piece.block.bytes < 0 ||
+        std::int64_t{piece.skip} + piece.rows >
+            piece.block.bytes / std::max<std::int64_t>(rowBytes, 1))
+        return false;
     std::string_view const sums = row.Blob(6);
+    std::int64_t const page{store::PageBytes};
+    std::int64_t const pages = piece.block.bytes / page + (piece.block.bytes % page != 0);
+    if (static_cast<std::int64_t>(sums.size() / 8) != pages || sums.size() % 8 != 0) return false;
     piece.block.sums.resize(sums.size() / 8);
     for (std::size_t i = 0; i < piece.block.sums.size(); ++i) {
         std::uint64_t sum = 0;
@@ -33,7 +44,7 @@ Piece PieceOf(store::Statement const& row) {
             sum = sum << 8 | static_cast<unsigned char>(sums[i * 8 + b]);
         piece.block.sums[i] = sum;
     }
-    return piece;
+    return true;
 }
 }  // namespace
 
@@ -56,16 +67,9 @@ std::vector<Piece> RowBlocks::LoadPieces(int firstRow, int endRow) const {
     query.Bind(m_owner.drawer).Bind(firstRow).Bind(endRow);
     int expected = -1;
     while (query.Step()) {
-        Piece piece = PieceOf(query);
-        std::int64_t const pages = (piece.block.bytes + std::int64_t{store::PageBytes} - 1) /
-                                   std::int64_t{store::PageBytes};
-        bool const sound =
-            piece.rows > 0 && piece.skip >= 0 && piece.firstRow >= 0 &&
-            piece.rows <= INT_MAX - piece.firstRow &&
-            (expected < 0 ? piece.firstRow <= firstRow : piece.firstRow == expected) &&
-            (std::int64_t{piece.skip} + piece.rows) <=
-                piece.block.bytes / std::max<std::int64_t>(m_rowBytes, 1) &&
-            static_cast<std::int64_t>(piece.block.sums.size()) == pages;
+        Piece piece;
+        bool const sound = TakePiece(query, m_rowBytes, piece) && piece.End() <= m_pendingFirst &&
+                           (expected < 0 ? piece.firstRow <= firstRow : piece.firstRow == expected);
         if (!sound) break;
         expected = piece.End();
         pieces.push_back(std::move(piece));
@@ -127,19 +131,32 @@ std::vector<Piece> RowBlocks::Store(char const* data, int firstRow, int rows) {
 }
 
 void RowBlocks::Append(char const* data, int rows) {
-    if (rows == 0) return;
-    if (m_pendingRows == 0 && Bytes(rows) >= std::int64_t{store::BlockBytes}) {
-        EnsurePieces();
-        for (Piece& piece : Store(data, m_pendingFirst, rows)) {
-            InsertPiece(piece);
-            m_pieces.push_back(std::move(piece));
+    while (rows > 0) {
+        if (m_pendingRows == 0 && Bytes(rows) >= std::int64_t{store::BlockBytes}) {
+            EnsurePieces();
+            for (Piece& piece : Store(data, m_pendingFirst, rows)) {
+                InsertPiece(piece);
+                m_pieces.push_back(std::move(piece));
+            }
+            m_pendingFirst += rows;
+            return;
         }
-        m_pendingFirst += rows;
-        return;
+        // What is pending is filled up to a block, however much there is to come.
+        std::int64_t const room =
+            std::int64_t{store::BlockBytes} - static_cast<std::int64_t>(m_pending.size());
+        int const count =
+            static_cast<int>(std::min<std::int64_t>(rows, (room + m_rowBytes - 1) / m_rowBytes));
+        m_pending.insert(m_pending.end(), data, data + Bytes(count));
+        m_pendingRows += count;
+        data += Bytes(count);
+        rows -= count;
+        if (m_pending.size() >= store::BlockBytes) Flush();
     }
-    m_pending.insert(m_pending.end(), data, data + Bytes(rows));
-    m_pendingRows += rows;
-    if (m_pending.size() >= store::BlockBytes) Flush();
+}
+
+void RowBlocks::Release() {
+    Flush();
+    std::vector<char>().swap(m_pending);
 }
 
 void RowBlocks::Flush() {

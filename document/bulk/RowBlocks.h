@@ -45,7 +45,8 @@ class RowBlocks {
 
     int Rows() const { return m_pendingFirst + m_pendingRows; }
     std::int64_t RowBytes() const { return m_rowBytes; }
-    std::size_t PendingBytes() const { return m_pending.size(); }
+    /// The memory that pending rows take up, or have left behind for those to come.
+    std::size_t PendingBytes() const { return m_pending.capacity(); }
 
     /// Appends rows. `data`: rows * RowBytes() bytes, the caller's.
     void Append(char const* data, int rows);
@@ -55,6 +56,8 @@ class RowBlocks {
     void Read(std::vector<RowsRead> const& reads);
     /// Writes the pending rows to blocks.
     void Flush();
+    /// The same, and gives their memory back.
+    void Release();
 
     /// Loads the list of pieces, which throws if it is damaged. Pages are checked by the store.
     void Check() { EnsurePieces(); }

@@ -39,11 +39,7 @@ class Scatterer {
     }
 
     void Run() {
-        if (m_rowSet->IsEmpty()) return;
-        if (m_layout.width == 0 || m_layout.rowBytes == 0) {
-            m_drawer.Write(m_rowSet->Ascending(), nullptr);
-            return;
-        }
+        if (m_rowSet->IsEmpty() || m_layout.width == 0) return;
         if (m_layout.whole && m_rowSet->IsAscending()) {
             m_drawer.Write(m_rowSet, m_buffer);
             return;

@@ -103,7 +103,11 @@ TEST(Extents, DamagedChunksAreRefusedWithTheirFault) {
     EXPECT_EQ(Extents().Load(0, runs.substr(0, runs.size() - 1)), "an extent chunk is cut short");
     EXPECT_EQ(Extents().Load(7, runs),
               "an extent chunk does not begin at the row behind the one before it");
+    EXPECT_EQ(Extents().Load(std::int64_t{1} << 32, runs),
+              "an extent chunk does not begin at the row behind the one before it");
     Extents twice;
     EXPECT_EQ(twice.Load(0, runs), "");
-    EXPECT_EQ(twice.Load(55, runs), "two extents hold the same member");
+    EXPECT_FALSE(twice.Overlap());
+    EXPECT_EQ(twice.Load(55, runs), "");
+    EXPECT_TRUE(twice.Overlap());
 }
