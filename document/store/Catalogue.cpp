@@ -14,7 +14,7 @@ namespace kov::store {
 namespace {
 
 constexpr int BusyMilliseconds = 5000;
-constexpr int LongLogFrames = 1000;
+constexpr int LongLogFrames = 500;
 
 // secure_delete: a page that is set free is written as well, so that the file never holds a page
 // without a checksum.

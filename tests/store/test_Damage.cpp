@@ -98,8 +98,9 @@ TEST_F(Damage, APageInAWrongPlaceIsFound) {
         std::ifstream in(catalogue, std::ios::binary);
         content.assign(std::istreambuf_iterator<char>(in), {});
     }
-    std::swap_ranges(content.begin() + 4096 * 2, content.begin() + 4096 * 3,
-                     content.begin() + 4096 * 5);
+    std::swap_ranges(content.begin() + store::CataloguePageBytes * 2,
+                     content.begin() + store::CataloguePageBytes * 3,
+                     content.begin() + store::CataloguePageBytes * 5);
     std::ofstream(catalogue, std::ios::binary) << content;
     EXPECT_THAT(Script::Findings(*Context::Open(path, Access::ReadOnly)),
                 AllOf(HasSubstr("page 3 of catalog.sqlite is damaged"),
@@ -114,7 +115,7 @@ TEST_F(Damage, FlippedBitsAreRefusedOrHarmless) {
         auto const size = fs::file_size(file);
         for (int i = 0; i < 400; ++i) {
             // Headers and the first page as often as the rest.
-            auto const offset = static_cast<std::int64_t>(random() % (i % 2 ? size : 4096));
+            auto const offset = static_cast<std::int64_t>(random() % (i % 2 ? size : 8192));
             int const bit = static_cast<int>(random() % 8);
             Flip(file, offset, bit);
             try {

@@ -37,9 +37,9 @@ TEST(Format, TheHeaderOfASegmentIsAsDescribed) {
 }
 
 TEST(Format, TheSumOfACataloguePageIsAsDescribed) {
-    char page[4088];
-    for (int i = 0; i < 4088; ++i) page[i] = static_cast<char>(i);
-    EXPECT_EQ(store::SeededSum(page, sizeof page, 7), 0xec7aa48126402bc3u);
+    char page[8184];
+    for (int i = 0; i < 8184; ++i) page[i] = static_cast<char>(i);
+    EXPECT_EQ(store::SeededSum(page, sizeof page, 7), 0xe0a27abf4d09338du);
     EXPECT_EQ(store::Sum("", 0), 0x2d06800538d394c2u);
 }
 
@@ -47,15 +47,15 @@ TEST(Format, TheCatalogueHasTheSettingsDescribed) {
     TempFolder folder;
     store::Context::Create(folder / "a.ksd", Script::Fill)->Close();
     std::string const file = Content(folder / "a.ksd/catalog.sqlite");
-    ASSERT_GE(file.size(), 4096u);
+    ASSERT_GE(file.size(), 8192u);
     EXPECT_EQ(file.substr(0, 16), std::string("SQLite format 3\0", 16));
-    EXPECT_EQ(file.substr(16, 2), std::string("\x10\0", 2));
+    EXPECT_EQ(file.substr(16, 2), std::string("\x20\0", 2));
     EXPECT_EQ(file.substr(18, 2), "\x02\x02");
     EXPECT_EQ(file[20], 8);
     EXPECT_EQ(file.substr(60, 4), std::string("\0\0\0\x01", 4));
     EXPECT_EQ(file.substr(68, 4), "KOVD");
-    for (std::size_t page = 0; page < file.size() / 4096; ++page) {
-        EXPECT_TRUE(store::IsSoundCataloguePage(file.data() + page * 4096,
+    for (std::size_t page = 0; page < file.size() / 8192; ++page) {
+        EXPECT_TRUE(store::IsSoundCataloguePage(file.data() + page * 8192,
                                                 static_cast<std::int64_t>(page) + 1))
             << page;
     }

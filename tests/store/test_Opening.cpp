@@ -94,7 +94,7 @@ TEST_F(Opening, ACatalogueCutShortIsRefusedAtEveryLength) {
     std::string const file = path + "/catalog.sqlite";
     auto const size = fs::file_size(file);
     fs::copy_file(file, folder / "whole");
-    for (std::uintmax_t length = 0; length < size; length += length < 5000 ? 97 : 1511) {
+    for (std::uintmax_t length = 0; length < size; length += length < 9000 ? 97 : 1511) {
         fs::copy_file(folder / "whole", file, fs::copy_options::overwrite_existing);
         fs::resize_file(file, length);
         for (Access const access : {Access::ReadOnly, Access::ReadWrite}) {
