@@ -39,8 +39,8 @@ namespace {
 constexpr std::int64_t DirectBytes = 8192;
 // Wanted rows with less than this between them are read together.
 constexpr std::int64_t JoinedGapBytes = 8192;
-// What is read at once for rows that are copied from there.
-constexpr std::int64_t WindowBytes = std::int64_t{store::BlockBytes};
+// What is read at once for rows that are copied from there: it stays in the second cache.
+constexpr std::int64_t WindowBytes = std::int64_t{256} << 10;
 // Stretches resolved before they are sorted and read; bounds the memory of a transfer.
 constexpr std::size_t BatchRuns = std::size_t{1} << 20;
 // The same where they come sorted, so that a larger batch would bring nothing: they stay in cache.
