@@ -20,7 +20,7 @@ struct SetKind {
     SetTable& (Translation::*sets)();
     LabelTable& (Translation::*labels)();
     void (Translation::*add)(NamedSet*, int, int, int);
-    KOVSimCollection& (ModelWriter::*collection)();
+    void (Translation::*join)(NamedSet&, NamedSet const&);
 };
 
 constexpr SetKind kNodes = {"node",
@@ -28,13 +28,13 @@ constexpr SetKind kNodes = {"node",
                             &Translation::NodeSets,
                             &Translation::NodeLabels,
                             &Translation::AddNodes,
-                            &ModelWriter::NodeCollection};
+                            &Translation::JoinNodeSet};
 constexpr SetKind kElements = {"element",
                                "an element label",
                                &Translation::ElementSets,
                                &Translation::ElementLabels,
                                &Translation::AddElements,
-                               &ModelWriter::ElementCollection};
+                               &Translation::JoinElementSet};
 
 class MemberReader {
   public:
@@ -131,7 +131,7 @@ class MemberReader {
         }
         if (other == &m_set) return true;
         if (other->resolving || !other->deferred.empty()) m_translation.Resolve(*other, reader);
-        m_set.members.Add(other->members.Fold((m_translation.Model().*m_kind.collection)()));
+        (m_translation.*m_kind.join)(m_set, *other);
         return true;
     }
 

@@ -3,12 +3,12 @@
 // several keywords.
 //
 // Members are gathered as runs of ordinals, so that a generated set of any size is one entry. Where
-// runs become many they are folded into a set of the collection, which keeps scattered members in
-// two bytes or less each.
+// runs become many they are packed to about two bytes a member.
 #pragma once
 
 #include <cstdint>
 #include <deque>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -27,22 +27,38 @@ struct OrdinalRun {
 };
 
 /// Members of one collection, gathered in any order.
+///
+/// What was gathered is kept as it came until Fold() packs it: ascending runs as gaps and lengths
+/// of one or two bytes each, or, for a great many scattered members, a set of the collection. A set
+/// of 100 members anywhere in a large mesh takes some 250 bytes, of 10 million in a row a few.
 class SetMembers {
   public:
     void Add(int ordinal) { Add(ordinal, 1, 1); }
     void Add(int first, int count, int stride);
-    /// Adds a set as it stands.
-    void Add(KOVSimCSet const& set);
+    /// Adds all members of another set.
+    void Add(SetMembers const& other);
 
+    /// Runs that are not folded.
     std::size_t Runs() const { return m_runs.size(); }
-    /// All members as a value. They must lie inside the collection.
-    KOVSimCSet const& Fold(KOVSimCollection const& collection);
+    /// Packs what was gathered. The members must lie inside the collection.
+    void Fold(KOVSimCollection const& collection);
     /// A stored set of all members; in a transaction.
     KOVSimCSetID Store(KOVSimCollection& collection);
 
   private:
+    struct Span {
+        int first;
+        int last;
+    };
+
+    void Scatter(std::vector<Span>& spans, KOVSimCollection const& collection);
+    std::vector<Span> Unpack() const;
+    void Pack(std::vector<Span> const& spans);
+    void Join(KOVSimCSet const& set);
+
     std::vector<OrdinalRun> m_runs;
-    KOVSimCSet m_folded;
+    std::string m_packed;  ///< ascending runs: gap to the one before, length - 1, as varints
+    std::unique_ptr<KOVSimCSet> m_scattered;  ///< further members; null for none
 };
 
 struct NamedSet {
@@ -67,6 +83,14 @@ class SetTable {
     void Add(NamedSet& set, int first, int count, int stride, Collection&& collection) {
         std::size_t const before = set.members.Runs();
         set.members.Add(first, count, stride);
+        m_runs += set.members.Runs() - before;
+        if (m_runs > kMostRuns) FoldAll(collection());
+    }
+    /// Adds all members of one set to another.
+    template <class Collection>
+    void Join(NamedSet& set, NamedSet const& other, Collection&& collection) {
+        std::size_t const before = set.members.Runs();
+        set.members.Add(other.members);
         m_runs += set.members.Runs() - before;
         if (m_runs > kMostRuns) FoldAll(collection());
     }

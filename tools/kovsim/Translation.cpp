@@ -131,6 +131,16 @@ void Translation::AddElements(NamedSet* set, int first, int count, int stride) {
                       [this]() -> KOVSimCollection const& { return m_model.ElementCollection(); });
 }
 
+void Translation::JoinNodeSet(NamedSet& set, NamedSet const& other) {
+    m_nodeSets.Join(set, other,
+                    [this]() -> KOVSimCollection const& { return m_model.NodeCollection(); });
+}
+
+void Translation::JoinElementSet(NamedSet& set, NamedSet const& other) {
+    m_elementSets.Join(set, other,
+                       [this]() -> KOVSimCollection const& { return m_model.ElementCollection(); });
+}
+
 void Translation::Defer(DeckReader const& reader, DeckPlace place, NamedSet* set,
                         std::function<void(Translation&, DeckReader&)> read) {
     if (set != nullptr) set->deferred.push_back(m_deferred.size());

@@ -79,6 +79,10 @@ class Translation {
     void AddNodes(NamedSet* set, int first, int count, int stride);
     void AddElements(NamedSet* set, int first, int count, int stride);
 
+    /// Adds all members of a set to another.
+    void JoinNodeSet(NamedSet& set, NamedSet const& other);
+    void JoinElementSet(NamedSet& set, NamedSet const& other);
+
     /// Reads on at `place` in the second pass: `read` takes data lines up to the next keyword.
     /// Blocks of members of a set name that set, so that a reference to it waits for them.
     void Defer(DeckReader const& reader, DeckPlace place, NamedSet* set,
