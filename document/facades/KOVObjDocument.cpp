@@ -7,8 +7,8 @@
 #include "KOVSimException.h"
 #include "document/bulk/DrawerStore.h"
 #include "document/facades/Skeleton.h"
-#include "document/store/Catalogue.h"
 #include "document/store/Context.h"
+#include "document/store/Statistics.h"
 
 using namespace kov;
 using store::Context;
@@ -31,11 +31,6 @@ Context& Opened(KOVSimDatabase const& database, char const* what) {
             (std::string("cannot ") + what + ": the handle has no document").c_str());
     }
     return Context::Of(database.Share()->ID());
-}
-
-std::int64_t Number(Context& context, char const* sql) {
-    store::Statement select(context.Cat(), sql);
-    return select.Step() ? select.Int(0) : 0;
 }
 
 }  // namespace
@@ -87,27 +82,23 @@ void KOVObjDocument::WriteCompacted(KOVString const& path) const {
 }
 
 KOVObjDocumentStatistics KOVObjDocument::Statistics() const {
-    Context& context = Opened(m_database, "gather statistics");
+    store::Statistics const sizes =
+        store::GatherStatistics(Opened(m_database, "gather statistics"));
     KOVObjDocumentStatistics all;
-    all.catalogueBytes =
-        Number(context, "SELECT page_count*page_size FROM pragma_page_count(), pragma_page_size()");
-    all.segments = Number(context, "SELECT count(*) FROM segments");
-    all.bulkBytes = Number(context, "SELECT sum(bytes) FROM segments");
-    // Of a stored block only the rows that still count are live.
-    all.liveBulkBytes =
-        Number(context,
-               "SELECT sum(b.rows*d.row_bytes) FROM blocks b JOIN drawers d ON d.number=b.drawer");
-    constexpr std::int64_t SegmentHead = 64;
-    all.supersededBytes = all.bulkBytes - all.segments * SegmentHead - all.liveBulkBytes;
-    all.blocks = Number(context, "SELECT count(*) FROM blocks");
-    all.records = Number(context, "SELECT count(*) FROM objects WHERE category=1");
-    all.collections = Number(context, "SELECT count(*) FROM collections");
-    all.sets = Number(context, "SELECT count(*) FROM sets");
-    all.distributions = Number(context, "SELECT count(*) FROM distributions");
-    all.drawers = Number(context, "SELECT count(*) FROM drawers");
-    all.datasets = Number(context, "SELECT count(*) FROM datasets");
-    all.tables = Number(context, "SELECT count(*) FROM tables");
-    all.links = Number(context, "SELECT count(*) FROM links");
-    all.commits = Number(context, "SELECT value FROM meta WHERE name='commits'");
+    all.catalogueBytes = sizes.catalogueBytes;
+    all.bulkBytes = sizes.bulkBytes;
+    all.liveBulkBytes = sizes.liveBulkBytes;
+    all.supersededBytes = sizes.supersededBytes;
+    all.segments = sizes.segments;
+    all.blocks = sizes.blocks;
+    all.records = sizes.records;
+    all.collections = sizes.collections;
+    all.sets = sizes.sets;
+    all.distributions = sizes.distributions;
+    all.drawers = sizes.drawers;
+    all.datasets = sizes.datasets;
+    all.tables = sizes.tables;
+    all.links = sizes.links;
+    all.commits = sizes.commits;
     return all;
 }

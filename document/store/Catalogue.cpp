@@ -14,7 +14,6 @@ namespace kov::store {
 namespace {
 
 constexpr int BusyMilliseconds = 5000;
-constexpr int LongLogFrames = 500;
 
 // secure_delete: a page that is set free is written as well, so that the file never holds a page
 // without a checksum.
@@ -229,7 +228,7 @@ void Catalogue::RunSimple(char const* sql) {
 }
 
 void Catalogue::CheckpointIfLong() noexcept {
-    if (m_logFrames < LongLogFrames) return;
+    if (m_logFrames < m_longLog) return;
     m_logFrames = 0;
     sqlite3_wal_checkpoint_v2(m_db, "main", SQLITE_CHECKPOINT_PASSIVE, nullptr, nullptr);
 }

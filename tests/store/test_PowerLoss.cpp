@@ -62,6 +62,7 @@ void Record(PowerLoss& recorder, std::string const& path) {
     context->Close();
     context = Context::Open(path, Access::ReadWrite);
     context->Blocks().SetSegmentLimit(1000000);
+    context->Cat().SetLongLog(400);
     commit();
     context->Begin();
     // Enough for the log to be written before the commit, and to be moved into the catalogue behind
