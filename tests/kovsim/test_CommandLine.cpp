@@ -197,6 +197,11 @@ TEST_F(CommandLine, ADeckFromAPipeIsTranslatedUnlessItRefersForward) {
     };
     auto const plain = translate(kDeck);
     EXPECT_EQ(plain.status, 0) << plain.errors;
+    auto const forward = translate("*ELEMENT, TYPE=B31\n1, 1, 2\n*NODE\n1\n2\n");
+    EXPECT_EQ(forward.status, 2);
+    EXPECT_EQ(forward.errors,
+              "kovsim: pipe:2: refers to what is not defined before; expected a regular file, "
+              "which can be read twice\n");
     fs::remove(pipe);
     EXPECT_EQ(Entries(work.Folder()), Names{"deck.inp"});
 }

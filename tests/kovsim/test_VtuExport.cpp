@@ -103,7 +103,7 @@ TEST(VtuExport, WritesPointsCellsLabelsAndSets) {
 
 TEST(VtuExport, LeavesOutSetsOnRequest) {
     InMemory deck("*NODE, NSET=N\n1\n");
-    VtuFile const file = Export(deck.Translate(), {.sets = false});
+    VtuFile const file = Export(deck.Translate(), {.sets = false, .progress = {}});
     EXPECT_FALSE(file.Has("PointData/N"));
     EXPECT_TRUE(file.Has("PointData/NodeLabel"));
 }

@@ -8,6 +8,7 @@
 #include "Commands.h"
 #include "Json.h"
 #include "OutputPlace.h"
+#include "Progress.h"
 #include "VtuExport.h"
 
 namespace kov::tool {
@@ -24,8 +25,14 @@ int Export(Options const& options) {
     auto const start = std::chrono::steady_clock::now();
     OutputPlace place(options.output);
     KOVObjDocument const document = OpenForReading(options.document);
-    VtuExportSummary const summary = VtuExport(document, {!options.noSets}).Write(place.Path());
+    Progress progress(options.output);
+    VtuExportSummary const summary =
+        VtuExport(document,
+                  {!options.noSets,
+                   [&progress](double done, double total) { progress.Show(done, total); }})
+            .Write(place.Path());
     document.Close();
+    progress.Clear();
     place.Publish();
     std::chrono::duration<double> const seconds = std::chrono::steady_clock::now() - start;
     if (options.json) {

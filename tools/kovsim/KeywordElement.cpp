@@ -79,7 +79,11 @@ void ReadDeferredElements(Translation& translation, DeckReader& reader, ElementT
                                     std::to_string(nodes[unknown]) +
                                     ", which is not defined; expected nodes of the deck");
         }
-        model.SetNodes(elements, translation.ElementLabels().Find(label), ordinals);
+        int const ordinal = translation.ElementLabels().Find(label);
+        if (ordinal == LabelTable::None) {
+            reader.FailAt(line, "the file has changed while it was read; expected the same lines");
+        }
+        model.SetNodes(elements, ordinal, ordinals);
         if (lines % kBreath == 0) translation.Breathe(reader);
     }
 }

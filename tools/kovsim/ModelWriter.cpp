@@ -168,7 +168,7 @@ void ModelWriter::Finish(std::string const& heading, SetTable& nodeSets, SetTabl
                          LabelTable& nodeLabels, LabelTable& elementLabels) {
     WriteNodes();
     WriteAllElements();
-    m_coordinates = {};
+    std::vector<double>().swap(m_coordinates);
     m_mesh.SetUserNodes(KOVSimPosition(NodeCollection().CreateCSetStrided(0, m_nodes, 1, 1)));
     WriteAssignment();
     WriteSets(nodeSets, schema::Model_nodeSets(), NodeCollection());

@@ -123,7 +123,7 @@ void SetMembers::Fold(KOVSimCollection const& collection) {
         }
         if (spans.size() >= 2 * kBatch) Scatter(spans, collection);
     }
-    m_runs = {};
+    std::vector<OrdinalRun>().swap(m_runs);
     std::sort(spans.begin(), spans.end(),
               [](Span const& a, Span const& b) { return a.first < b.first; });
     std::size_t kept = 0;

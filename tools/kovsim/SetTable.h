@@ -101,8 +101,8 @@ class SetTable {
     std::deque<NamedSet> const& Sets() const { return m_sets; }
 
   private:
-    // 12 MB over all sets.
-    static constexpr std::size_t kMostRuns = 1'000'000;
+    // 3 MB over all sets, and as much again while they grow.
+    static constexpr std::size_t kMostRuns = 250'000;
 
     void FoldAll(KOVSimCollection const& collection);
 

@@ -143,6 +143,12 @@ void Translation::JoinElementSet(NamedSet& set, NamedSet const& other) {
 
 void Translation::Defer(DeckReader const& reader, DeckPlace place, NamedSet* set,
                         std::function<void(Translation&, DeckReader&)> read) {
+    // A pipe could not even be opened again.
+    if (reader.Size() < 0) {
+        reader.Fail(
+            "refers to what is not defined before; expected a regular file, which can be read "
+            "twice");
+    }
     if (set != nullptr) set->deferred.push_back(m_deferred.size());
     m_deferred.push_back({reader.Path(), place, set, std::move(read)});
 }

@@ -47,6 +47,9 @@ void VtuExport::QueryConnectivity() {
     KOVSimDSet const dset(m_mesh.GetConnectivity());
     if (dset.IsNull() || dset.GetRelationalDistributionID().IsNull()) return;
     KOVSimDistribution const distribution(dset.GetRelationalDistributionID());
+    if (distribution.NumDimensions() != 2 || distribution.Range().Key() == KOVSimTypeKeyDouble) {
+        throw Failure("the connectivity of the document does not give nodes by element and place");
+    }
     KOVSimArray<KOVSimPersistentDrawerDesc, KOVSimArrayClassPolicy<KOVSimPersistentDrawerDesc>>
         drawers;
     distribution.QueryDrawers(drawers);
@@ -126,7 +129,15 @@ void VtuExport::WritePoints(VtuWriter& file) const {
     std::vector<double> xyz;
     KOVSimDistributionID const id = m_mesh.GetCoordinates().GetDistribution();
     KOVSimArray<KOVSimDrawerID, KOVSimArrayCopyClassPolicy<KOVSimDrawerID>> drawers;
-    if (!id.IsNull()) KOVSimDistribution(id).DrawerIDArray(drawers);
+    if (!id.IsNull()) {
+        KOVSimDistribution const distribution(id);
+        distribution.DrawerIDArray(drawers);
+        if (drawers.Size() > 0 && (distribution.NumDimensions() != 2 ||
+                                   distribution.Range().Key() != KOVSimTypeKeyDouble)) {
+            throw Failure(
+                "the coordinates of the document are not real numbers by node and component");
+        }
+    }
     int const components[] = {zdm_Component_C_1, zdm_Component_C_2, zdm_Component_C_3};
     KOVSimCollection const collection = CollectionAt(m_document.GetComponentCollection());
     for (int first = 0; first < m_nodes; first += kBlock) {
@@ -252,6 +263,7 @@ VtuExportSummary VtuExport::Write(std::string const& path) {
     char const* const index = narrow ? "Int32" : "Int64";
 
     VtuWriter file(path);
+    file.SetProgress(m_options.progress);
     auto const hasLabels = [this](KOVObjLabelerType type) {
         KOVObjLabeler labeler(m_document, type);
         labeler.Read();

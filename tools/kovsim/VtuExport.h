@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -16,6 +17,8 @@ namespace kov::tool {
 
 struct VtuExportOptions {
     bool sets = true;  ///< one array for each set
+    /// Called now and then with the bytes written and the bytes to write.
+    std::function<void(double done, double total)> progress = {};
 };
 
 struct VtuExportSummary {

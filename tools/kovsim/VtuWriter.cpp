@@ -123,6 +123,8 @@ std::string VtuWriter::Head(std::int64_t points, std::int64_t cells) const {
 void VtuWriter::Write(std::int64_t points, std::int64_t cells) {
     std::string const head = Head(points, cells);
     m_left = static_cast<std::int64_t>(head.size());
+    m_total = m_left;
+    for (Array const& array : m_arrays) m_total += array.bytes;
     Append(head.data(), head.size());
     for (Array const& array : m_arrays) {
         auto const bytes = static_cast<std::uint64_t>(array.bytes);
@@ -157,12 +159,14 @@ void VtuWriter::Append(void const* data, std::size_t bytes) {
 
 void VtuWriter::Flush() {
     ThrowIfInterrupted();
+    if (m_progress) m_progress(static_cast<double>(m_written), static_cast<double>(m_total));
     char const* from = m_buffer.get();
     while (m_filled > 0) {
         ssize_t const written = write(m_descriptor, from, m_filled);
         if (written < 0 && errno != EINTR) Fail(m_path);
         if (written <= 0) continue;
         from += written;
+        m_written += written;
         m_filled -= static_cast<std::size_t>(written);
     }
 }

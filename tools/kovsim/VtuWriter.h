@@ -12,6 +12,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_set>
+#include <utility>
 #include <vector>
 
 namespace kov::tool {
@@ -32,6 +33,11 @@ class VtuWriter {
              std::int64_t bytes, std::function<void(VtuWriter&)> write);
     /// Announces a list of texts that belongs to the whole file.
     void AddTexts(std::string_view name, std::vector<std::string> texts);
+
+    /// `progress` is called now and then with the bytes written and those to write; may be empty.
+    void SetProgress(std::function<void(double, double)> progress) {
+        m_progress = std::move(progress);
+    }
 
     /// Writes everything and makes it lasting.
     void Write(std::int64_t points, std::int64_t cells);
@@ -59,6 +65,9 @@ class VtuWriter {
     std::unordered_set<std::string> m_names;
     std::unique_ptr<char[]> m_buffer;
     std::size_t m_filled = 0;
+    std::int64_t m_written = 0;
+    std::int64_t m_total = 0;
+    std::function<void(double, double)> m_progress;
     std::int64_t m_left = 0;  ///< bytes that the array at hand still owes
 };
 
