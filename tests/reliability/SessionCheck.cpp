@@ -23,6 +23,7 @@ namespace reliability {
 namespace {
 
 constexpr double Preset = -7.5;
+constexpr int FirstText = 100;  // field
 
 template <class... Parts>
 void Require(bool holds, Parts const&... parts) {
@@ -107,6 +108,14 @@ void Session::CheckRecords(KOVObjDocument const& document, State const& state) {
     KOVSimMap const all = RootOf(document).GetMap(schema::Model_regions());
     Require(all.Size() == state.n, "the root has ", all.Size(), " steps at ", state.n);
     for (int i = 1; i <= state.n; ++i) CheckStep(StepOf(document, i), i, state.touched[Size(i)]);
+    for (int i = 1; i <= state.n; ++i) {
+        KOVSimDataRecord const step = StepOf(document, i).GetDataRecord();
+        int const texts = TextsOf(m_scale, i);
+        Require(step.ReturnString(FirstText + texts).IsEmpty(), "step ", i, " has more texts");
+        for (int k = 0; k < texts; ++k)
+            Require(step.ReturnString(FirstText + k) == LongText(i, k).c_str(), "text ", k,
+                    " of step ", i);
+    }
     for (int i = 1; i <= state.n; ++i) {
         KOVSimPosition const table = StepOf(document, i).GetPosition(schema::FieldFTable_table());
         Require(table.IsNull() == !HasTable(i), "step ", i, ": its table");

@@ -129,6 +129,13 @@ std::string FieldText(int n) {
     return n % 10 == 0 ? std::string() : text;
 }
 
+std::string LongText(int n, int at) {
+    std::string text = "text " + std::to_string(n) + ", " + std::to_string(at) + ":";
+    while (text.size() < 3800)
+        text += " " + std::to_string(Of(n, at + static_cast<int>(text.size())));
+    return text;
+}
+
 bool StepHasName(int step, int n) { return !((step + 2) % 4 == 0 && step + 2 <= n); }
 int FirstStepInSequence(int n) { return 1 + n / 5; }
 bool StepHasPrevious(int step, int n) {

@@ -21,9 +21,12 @@ struct Scale {
     int nodes;       ///< about as many in an ordinary transaction
     int largeNodes;  ///< in a large one
     int largeEvery;  ///< each so many transactions one is large
+    int texts;       ///< long texts: each fills a page of the catalogue
 };
-inline constexpr Scale Tiny{12, 700, 6};
-inline constexpr Scale Usual{60, 60000, 9};
+inline constexpr Scale Tiny{12, 700, 6, 0};
+inline constexpr Scale Usual{60, 60000, 9, 0};
+/// Fills the catalogue's log, so that it is moved into the catalogue between commits.
+inline constexpr Scale Crowded{12, 700, 6, 30};
 
 /// A run of members, or of rows.
 struct Range {
@@ -81,6 +84,9 @@ int Node(int element, int place, int version, int nodesThen);
 std::vector<int> RandomMembers(int n, int salt, int count, int space);
 double FieldReal(int n, int at);
 std::string FieldText(int n);
+/// How many long texts transaction n writes, and what they are.
+inline int TextsOf(Scale const& scale, int n) { return n % 5 == 3 ? 4 * scale.texts : scale.texts; }
+std::string LongText(int n, int at);
 
 // The rules of the links: which steps stand where after transaction n.
 bool StepHasName(int step, int n);      ///< in the map by name, and in the set

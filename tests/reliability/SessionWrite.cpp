@@ -114,6 +114,16 @@ void WriteRecords(KOVObjDocument const& document, Plan const& plan) {
     if (n % 6 == 0) previous.SetPosition(schema::Task_feSystem(), KOVSimPosition());
 }
 
+constexpr int FirstText = 100;  // field
+
+void WriteTexts(KOVObjDocument const& document, int n, int texts) {
+    KOVSimDataRecord const step = RootOf(document)
+                                      .GetMap(schema::Model_regions())
+                                      .Find(std::to_string(n).c_str())
+                                      .GetDataRecord();
+    for (int i = 0; i < texts; ++i) step.SetString(FirstText + i, LongText(n, i).c_str());
+}
+
 KOVSimPosition StepOf(KOVObjDocument const& document, int n) {
     return RootOf(document).GetMap(schema::Model_regions()).Find(std::to_string(n).c_str());
 }
@@ -275,6 +285,7 @@ void Session::WriteOpen(KOVObjDocument const& document, int n) {
     State const& before = At(n - 1);
     Plan const plan = MakePlan(m_scale, n, before.nodes, static_cast<int>(before.elements.size()));
     WriteRecords(document, plan);
+    WriteTexts(document, n, TextsOf(m_scale, n));
     WriteCoordinates(document, plan);
     WriteSets(document, plan);
     WriteConnectivity(document, plan, before);

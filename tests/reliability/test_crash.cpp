@@ -13,6 +13,7 @@
 #include "reliability/Process.h"
 #include "reliability/Runs.h"
 #include "reliability/Session.h"
+#include "reliability/Squeeze.h"
 #include "support/FastFolder.h"
 #include "support/TempFolder.h"
 
@@ -66,12 +67,14 @@ int LastAcknowledged(std::vector<std::string> const& lines, int before) {
 void WriteOn(std::string const& path, Scale const& scale, int upTo, Say const& say) {
     Session session(scale);
     KOVObjDocument document = OpenAt(path, KOVObjDocument::ReadWrite);
+    Squeeze(document, scale);
     for (int n = Session::Stand(document) + 1; n <= upTo; ++n) {
         session.Write(document, n);
         say("ack " + std::to_string(n));
-        if (n % 6 != 0) continue;
+        if (n % 13 != 0) continue;
         document.Close();
         document = OpenAt(path, KOVObjDocument::ReadWrite);
+        Squeeze(document, scale);
     }
     document.Close();
 }
@@ -84,7 +87,7 @@ class Killer {
     /// Answers whether it was killed, and adds what it said to `lines`.
     bool Run(std::string const& path, Scale const& scale, std::vector<std::string>& lines) {
         bool const byCall = m_random.OneIn(2);
-        std::int64_t const call = m_random.Int(m_random.OneIn(3) ? 30 : 500);
+        std::int64_t const call = m_random.Int(m_random.OneIn(3) ? 30 : 700);
         KillAtCall::Moment const moment = RandomMoment(m_random);
         Process child([&](Say const& say) {
             static KillAtCall killer(call, moment);
@@ -144,11 +147,15 @@ void KillOften(Scale const& scale, int kills, std::uint64_t salt) {
 }
 
 TEST(Crash, SmallTransactionsAreWholeOrNotThere) {
-    KillOften<FastFolder>(Tiny, Count(150, 40, 3000), 1);
+    KillOften<FastFolder>(Tiny, Count(130, 40, 3000), 1);
 }
 
 TEST(Crash, TransactionsWithLargeBlocksAreWholeOrNotThere) {
-    KillOften<TempFolder>(Usual, Count(60, 10, 1000), 2);
+    KillOften<TempFolder>(Usual, Count(50, 10, 1000), 2);
+}
+
+TEST(Crash, TransactionsThatFillTheLogAreWholeOrNotThere) {
+    KillOften<FastFolder>(Crowded, Count(40, 10, 1000), 4);
 }
 
 std::vector<std::string> NamesIn(fs::path const& folder) {

@@ -11,6 +11,7 @@
 #include "reliability/Process.h"
 #include "reliability/Runs.h"
 #include "reliability/Session.h"
+#include "reliability/Squeeze.h"
 #include "support/FastFolder.h"
 
 using namespace reliability;
@@ -38,12 +39,13 @@ struct Outcome {
 };
 
 /// Opens the document, writes `count` transactions, closes, and reads all of it again.
-Outcome RunScript(Session& session, std::string const& path, int start, int count,
-                  FaultyDisk const& disk) {
+Outcome RunScript(Session& session, std::string const& path, Scale const& scale, int start,
+                  int count, FaultyDisk const& disk) {
     Outcome outcome;
     outcome.done = start;
     outcome.text = TextThrown([&] {
         KOVObjDocument const writer = OpenAt(path, KOVObjDocument::ReadWrite);
+        Squeeze(writer, scale);
         for (int n = start + 1; n <= start + count; ++n) {
             KOVSimTransaction transaction(writer.ContextID());
             session.WriteOpen(writer, n);
@@ -84,35 +86,38 @@ std::vector<std::int64_t> Places(std::int64_t all, int wanted) {
 
 class Faults : public testing::TestWithParam<int> {
   protected:
+    /// Opens a document that stands at `start` and writes `more` transactions, once for each of so
+    /// many places at which a call fails.
+    void RunFaults(Scale const& scale, int start, int more, int places);
     Fault::Kind Kind() const { return static_cast<Fault::Kind>(GetParam()); }
     FastFolder folder;
     std::string path = folder / "model.ksd";
     Session session{Tiny};
 };
 
-TEST_P(Faults, LeaveTheLastCommitOrTheOneThatReportedThem) {
+void Faults::RunFaults(Scale const& scale, int start, int more, int places) {
+    Session script(scale);
     std::string const original = folder / "original.ksd";
-    constexpr int Start = 9, More = 4;
     {
         KOVObjDocument const document = KOVObjDocument::Create(original.c_str());
-        for (int n = 1; n <= Start; ++n) session.Write(document, n);
+        for (int n = 1; n <= start; ++n) script.Write(document, n);
     }
     CopyDocument(original, path);
     FaultyDisk counting({Kind(), INT64_MAX});
     {
         Observing const observing(counting);
-        ASSERT_EQ(RunScript(session, path, Start, More, counting).text, "");
+        ASSERT_EQ(RunScript(script, path, scale, start, more, counting).text, "");
     }
     ASSERT_GT(counting.Calls(), 0);
     int stopped = 0, reportedThere = 0;
-    for (std::int64_t const n : Places(counting.Calls(), Count(80, 30, 100000))) {
+    for (std::int64_t const n : Places(counting.Calls(), places)) {
         SCOPED_TRACE("call " + std::to_string(n) + " of " + std::to_string(counting.Calls()));
         CopyDocument(original, path);
         FaultyDisk disk({Kind(), n});
         Outcome outcome;
         {
             Observing const observing(disk);
-            outcome = RunScript(session, path, Start, More, disk);
+            outcome = RunScript(script, path, scale, start, more, disk);
         }
         SCOPED_TRACE(disk.What());
         if (!outcome.text.empty()) {
@@ -123,7 +128,7 @@ TEST_P(Faults, LeaveTheLastCommitOrTheOneThatReportedThem) {
         ASSERT_EQ(TextThrown([&] {
                       KOVObjDocument const after = OpenAt(
                           path, n % 2 ? KOVObjDocument::ReadWrite : KOVObjDocument::ReadOnly);
-                      found = session.Check(after);
+                      found = script.Check(after);
                       after.Verify([&](char const* finding) {
                           // A commit that has failed may lie in the log as a torso.
                           bool const cut = std::string(finding).find("log") != std::string::npos;
@@ -140,8 +145,8 @@ TEST_P(Faults, LeaveTheLastCommitOrTheOneThatReportedThem) {
         reportedThere += found == outcome.reported;
         ASSERT_EQ(TextThrown([&] {
                       KOVObjDocument const again = OpenAt(path, KOVObjDocument::ReadWrite);
-                      session.Write(again, found + 1);
-                      EXPECT_EQ(session.Check(again), found + 1);
+                      script.Write(again, found + 1);
+                      EXPECT_EQ(script.Check(again), found + 1);
                       again.Close();
                   }),
                   "");
@@ -152,6 +157,12 @@ TEST_P(Faults, LeaveTheLastCommitOrTheOneThatReportedThem) {
         NameOf(Kind()), stopped, static_cast<long long>(counting.Calls()), reportedThere);
     EXPECT_GT(stopped, 0);
 }
+
+TEST_P(Faults, LeaveTheLastCommitOrTheOneThatReportedThem) {
+    RunFaults(Tiny, 9, 4, Count(80, 30, 100000));
+}
+
+TEST_P(Faults, OfALongLogLeaveTheSame) { RunFaults(Crowded, 1, 5, Count(25, 8, 2000)); }
 
 TEST_P(Faults, OfCreateLeaveNothingBehind) {
     FaultyDisk counting({Kind(), INT64_MAX});

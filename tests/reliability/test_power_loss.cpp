@@ -10,6 +10,7 @@
 #include "KOVSimTransaction.h"
 #include "reliability/Runs.h"
 #include "reliability/Session.h"
+#include "reliability/Squeeze.h"
 #include "store/PowerLoss.h"
 #include "support/FastFolder.h"
 
@@ -151,6 +152,21 @@ TEST_F(PowerCut, LeavesLargeBlocksWhole) {
     document.Close();
     recorder.Stop();
     Cut(recorder, Usual, Count(40, 12, 2000), 12);
+}
+
+TEST_F(PowerCut, LeavesALogThatWasMovedWhole) {
+    FastFolder folder;
+    std::string const path = folder / "model.ksd";
+    PowerLoss recorder(folder.Path().string());
+    Session session(Crowded);
+    recorder.Start();
+    KOVObjDocument const document = KOVObjDocument::Create(path.c_str());
+    recorder.Mark(0);
+    Squeeze(document, Crowded);
+    WriteOn(session, document, 6, recorder);
+    document.Close();
+    recorder.Stop();
+    Cut(recorder, Crowded, Count(30, 8, 3000), 15);
 }
 
 /// A recorder for a store that leaves out the syncs of some files.
