@@ -218,6 +218,20 @@ TEST_F(LogDamage, ALogCutShortOpensAtTheLastWholeCommit) {
     }
 }
 
+TEST_F(LogDamage, AGarbledIndexOfTheLogIsMadeAnew) {
+    std::uint64_t const seed = std::random_device{}();
+    SCOPED_TRACE("seed " + std::to_string(seed));
+    std::mt19937_64 random(seed);
+    for (std::size_t const bytes : {1u, 100u, 32768u, 100000u}) {
+        std::string noise(bytes, '\0');
+        for (char& c : noise) c = static_cast<char>(random());
+        std::ofstream(catalogue + "-shm", std::ios::binary) << noise;
+        std::string findings;
+        EXPECT_EQ(State(Access::ReadOnly, findings), 8) << bytes;
+        EXPECT_EQ(findings, "");
+    }
+}
+
 TEST_F(LogDamage, ACatalogueCutShortUnderALogIsRefusedOrRight) {
     auto const size = fs::file_size(catalogue);
     fs::copy(path, folder / "whole.ksd", fs::copy_options::recursive);

@@ -201,6 +201,15 @@ TEST_F(Opening, AnOpenDocumentStaysWhereItIsWhenTheProcessMoves) {
     fs::current_path(before);
 }
 
+TEST_F(Opening, AMissingLockIsMadeByAWriter) {
+    Make();
+    fs::remove(path + "/lock");
+    EXPECT_EQ(Script::Check(*Context::Open(path, Access::ReadOnly)), 4);
+    EXPECT_FALSE(fs::exists(path + "/lock"));
+    EXPECT_EQ(Script::Check(*Context::Open(path, Access::ReadWrite)), 4);
+    EXPECT_TRUE(fs::exists(path + "/lock"));
+}
+
 TEST_F(Opening, RelativePathsWork) {
     fs::path const before = fs::current_path();
     fs::current_path(folder.Path());

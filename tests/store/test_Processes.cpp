@@ -5,8 +5,10 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <filesystem>
 #include <fstream>
+#include <thread>
 
 #include "store/Child.h"
 #include "store/Script.h"
@@ -94,6 +96,47 @@ TEST(Processes, ASecondWriterIsRefusedAtOnce) {
     EXPECT_EQ(Script::Check(*Context::Open(path, Access::ReadOnly)), 0);
     writer.Kill();
     EXPECT_EQ(Script::Check(*Context::Open(path, Access::ReadWrite)), 0);
+}
+
+KOV_CHILD(DieWhileCreating) {
+    Context::Create(arguments[0], [](Context& context) {
+        Script::Fill(context);
+        Script::Write(context, 4);
+        ::kill(::getpid(), SIGKILL);
+    });
+    return 0;
+}
+
+TEST(Processes, WhatAMakerLeftThatWasKilledGoesAtTheNextCreate) {
+    TempFolder folder;
+    std::string const path = folder / "a.ksd";
+    EXPECT_EQ(Child("DieWhileCreating", {path}).Wait(), -SIGKILL);
+    EXPECT_FALSE(fs::exists(path));
+    EXPECT_FALSE(fs::is_empty(folder.Path()));
+    Context::Create(path, Script::Fill)->Close();
+    EXPECT_EQ(std::distance(fs::directory_iterator(folder.Path()), {}), 1);
+}
+
+TEST(Processes, ThreadsWithDocumentsOfTheirOwnDoNotDisturbEachOther) {
+    TempFolder folder;
+    std::vector<std::thread> threads;
+    std::atomic<int> whole{0};
+    for (int t = 0; t < 6; ++t) {
+        threads.emplace_back([&, t] {
+            std::string const path = folder.Path() / (std::to_string(t) + ".ksd");
+            auto context =
+                t % 2 ? Context::Create(path, Script::Fill) : Context::CreateInMemory(Script::Fill);
+            for (int i = 1; i <= 5; ++i) {
+                Script::Commit(*context, i);
+                if (Script::Check(*context) == i) ++whole;
+                if (t % 2 == 0) continue;
+                context->Close();
+                context = Context::Open(path, Access::ReadWrite);
+            }
+        });
+    }
+    for (std::thread& thread : threads) thread.join();
+    EXPECT_EQ(whole, 30);
 }
 
 class Foreign : public testing::Test {
