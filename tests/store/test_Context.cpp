@@ -385,6 +385,44 @@ TEST(Context, ACompactedCopyHoldsTheSame) {
                 HasSubstr("it exists already"));
 }
 
+TEST(Context, AReaderCopiesTheCommitThatItStandsOn) {
+    TempFolder folder;
+    std::string const path = folder / "a.ksd";
+    {
+        auto const context = Context::Create(path, Script::Fill);
+        for (int i = 1; i <= 4; ++i) Script::Commit(*context, i);
+    }
+    auto const reader = Context::Open(path, Access::ReadOnly);
+    reader->WriteCompacted(folder / "b.ksd");
+    EXPECT_EQ(Script::Check(*Context::Open(folder / "b.ksd", Access::ReadOnly)), 4);
+    EXPECT_EQ(Script::Check(*reader), 4);
+    EXPECT_FALSE(reader->Refresh());
+    auto const writer = Context::Open(folder / "b.ksd", Access::ReadWrite);
+    writer->Begin();
+    EXPECT_THAT(Thrown([&] { writer->WriteCompacted(folder / "c.ksd"); }),
+                HasSubstr("a transaction is open"));
+    EXPECT_THAT(Thrown([&] { reader->WriteCompacted(path); }), HasSubstr("it exists already"));
+}
+
+TEST(Context, ACopyOfADamagedBlockIsRefusedAndLeavesNothing) {
+    TempFolder folder;
+    std::string const path = folder / "a.ksd";
+    {
+        auto const context = Context::Create(path, Script::Fill);
+        for (int i = 1; i <= 4; ++i) Script::Commit(*context, i);
+    }
+    {
+        std::fstream segment(path + "/bulk/000001.seg",
+                             std::ios::in | std::ios::out | std::ios::binary);
+        segment.seekp(500000);
+        segment.put('!');
+    }
+    auto const reader = Context::Open(path, Access::ReadOnly);
+    EXPECT_THAT(Thrown([&] { reader->WriteCompacted(folder / "b.ksd"); }),
+                HasSubstr("000001.seg is damaged"));
+    EXPECT_EQ(EntriesOf(folder.Path()), 1u);
+}
+
 TEST(Context, ADocumentInMemoryCanBeWrittenToDisk) {
     TempFolder folder;
     auto const context = Context::CreateInMemory(Script::Fill);
