@@ -25,6 +25,8 @@ KOVSimTransaction::~KOVSimTransaction() {
 void KOVSimTransaction::Commit() {
     if (!m_open)
         KOVSimException::ThrowText("cannot commit: the transaction has been committed already");
-    Context::Of(m_context).Commit();
+    Context& context = Context::Of(m_context);
+    // A commit that fails drops the transaction itself; the destructor must not drop a later one.
     m_open = false;
+    context.Commit();
 }
