@@ -117,15 +117,15 @@ std::string FindCutLog(std::string const& path) {
     return {};
 }
 
-bool IsInLog(std::string const& path, std::int64_t page) {
+std::set<std::int64_t> PagesInLog(std::string const& path) {
+    std::set<std::int64_t> committed, pending;
     LogReader log;
-    if (!log.Open(path) || !log.HeaderFault().empty()) return false;
-    bool seen = false;
+    if (!log.Open(path) || !log.HeaderFault().empty()) return committed;
     while (log.Next() && log.IsSound()) {
-        if (log.Page() == page) seen = true;
-        if (seen && log.EndsCommit()) return true;
+        pending.insert(log.Page());
+        if (log.EndsCommit()) committed.merge(pending);
     }
-    return false;
+    return committed;
 }
 
 }  // namespace kov::store

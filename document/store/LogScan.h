@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstdint>
+#include <set>
 #include <string>
 
 namespace kov::store {
@@ -11,7 +12,7 @@ namespace kov::store {
 /// A text if the log holds the end of a commit behind the last frame that is sound; empty if it
 /// does not, or is not there.
 std::string FindCutLog(std::string const& path);
-/// Whether a whole commit in the log has a newer copy of the catalogue's page.
-bool IsInLog(std::string const& path, std::int64_t page);
+/// The pages of the catalogue of which whole commits in the log have a newer copy.
+std::set<std::int64_t> PagesInLog(std::string const& path);
 
 }  // namespace kov::store

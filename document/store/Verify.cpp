@@ -40,26 +40,35 @@ void CheckIntegrity(Catalogue& catalogue, Finding const& finding) {
     }
 }
 
-/// The pages as they stand in the file, those included that nothing refers to. A page that the log
-/// replaces may be torn.
-void SweepPages(Catalogue& catalogue, DocumentFolder const& folder, Finding const& finding) {
+bool IsSoundInFile(Catalogue& catalogue, std::int64_t number) {
+    alignas(8) char page[CataloguePageBytes];
+    return ReadRawPage(catalogue.Handle(), number, page) == 0 && IsSoundCataloguePage(page, number);
+}
+
+/// The pages as they stand in the file, those included that nothing refers to. Of a page that the
+/// log replaces the file may hold anything. `beingWritten`: by another process.
+void SweepPages(Catalogue& catalogue, DocumentFolder const& folder, bool beingWritten,
+                Finding const& finding) {
     std::int64_t const bytes = RawFileBytes(catalogue.Handle());
     if (bytes < 0) return;
-    alignas(8) char page[CataloguePageBytes];
+    std::vector<std::int64_t> unsound;
     for (std::int64_t number = 1; number <= bytes / CataloguePageBytes; ++number) {
-        if (number == LockPage) continue;
-        bool sound = false;
-        int code = 0;
-        for (int attempt = 0; attempt < TornReadAttempts && !sound; ++attempt) {
-            // A writer may be putting the page there at this moment.
-            if (attempt) std::this_thread::sleep_for(std::chrono::milliseconds(1));
-            code = ReadRawPage(catalogue.Handle(), number, page);
-            sound = code == 0 && IsSoundCataloguePage(page, number);
-            if (!WriterLock::IsWritten(folder.Lock())) break;
-        }
-        if (sound || IsInLog(folder.Log(), number)) continue;
-        finding("page " + std::to_string(number) + " of catalog.sqlite " +
-                (code ? "cannot be read" : "is damaged: its checksum does not fit"));
+        if (number != LockPage && !IsSoundInFile(catalogue, number)) unsound.push_back(number);
+    }
+    if (!unsound.empty()) {
+        auto const replaced = PagesInLog(folder.Log());
+        std::erase_if(unsound, [&](std::int64_t number) { return replaced.count(number) > 0; });
+    }
+    // A writer may have been putting pages there at that moment.
+    for (int attempt = 0; beingWritten && !unsound.empty() && attempt < TornReadAttempts;
+         ++attempt) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+        std::erase_if(unsound,
+                      [&](std::int64_t number) { return IsSoundInFile(catalogue, number); });
+    }
+    for (std::int64_t const number : unsound) {
+        finding("page " + std::to_string(number) +
+                " of catalog.sqlite is damaged: its checksum does not fit");
     }
     if (bytes % CataloguePageBytes != 0 && LogBytes(folder) == 0) {
         finding("catalog.sqlite ends inside a page");
@@ -122,7 +131,8 @@ void Context::Verify(Finding const& finding) {
     }
     if (!opened.cutLog.empty()) finding(opened.cutLog);
     Guarded(finding, [&] { CheckIntegrity(catalogue, finding); });
-    Guarded(finding, [&] { SweepPages(catalogue, opened.folder, finding); });
+    bool const beingWritten = IsReadOnly() && WriterLock::IsWritten(opened.folder.Lock());
+    Guarded(finding, [&] { SweepPages(catalogue, opened.folder, beingWritten, finding); });
     opened.blocks->CheckSegments(finding);
     Guarded(finding, [&] { CheckBlocks(catalogue, *opened.blocks, finding); });
     Guarded(finding, [&] { CheckCatalogueRules(catalogue, finding); });
