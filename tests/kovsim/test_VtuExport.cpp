@@ -51,7 +51,7 @@ class VtuFile {
         char const* const at = m_text.data() + m_data + found->second.offset;
         std::memcpy(&bytes, at, sizeof bytes);
         std::vector<T> values(bytes / sizeof(T));
-        std::memcpy(values.data(), at + sizeof bytes, bytes);
+        if (bytes > 0) std::memcpy(values.data(), at + sizeof bytes, bytes);
         return values;
     }
     bool Has(std::string const& name) const { return m_arrays.contains(name); }
