@@ -113,13 +113,14 @@ TEST(PowerLoss, ACutAtAnyPointLeavesTheLastPromisedCommitOrALaterOne) {
     ASSERT_GT(recorder.Operations(), 500u);
     char const* const wish = std::getenv("KOV_POWER_SEED");
     std::uint64_t const base = wish ? std::strtoull(wish, nullptr, 10) : std::random_device{}();
-    // Long runs of writes of one kind are sampled, everything else is cut at each operation.
+    // Sampled, long runs of writes more thinly than the rest; a soak cuts at each operation.
     std::size_t rebuilt = 0;
     for (std::size_t n = 0; n <= recorder.Operations(); ++n) {
         bool const between = n > 1 && n + 1 < recorder.Operations() &&
                              recorder.Describe(n - 1).compare(0, 5, "write") == 0 &&
                              recorder.Describe(n).compare(0, 5, "write") == 0;
-        if (between && (n * 2654435761u + base) % 12 != 0) continue;
+        std::size_t const every = std::getenv("KOV_SOAK") ? (between ? 4 : 1) : between ? 30 : 3;
+        if ((n * 2654435761u + base) % every != 0) continue;
         std::uint64_t const seed = base + n;
         SCOPED_TRACE("operation " + std::to_string(n) + " of " +
                      std::to_string(recorder.Operations()) + " (" +
