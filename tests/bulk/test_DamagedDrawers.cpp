@@ -36,17 +36,19 @@ TEST_P(DamagedDrawers, AnyNumberInAnyColumnIsRefusedOrHarmless) {
         transaction.Commit();
     }
     kov::store::Context& context = kov::store::Context::Of(document.ContextID());
-    struct Table {
+    struct Column {
+        char const* table;
         char const* name;
-        std::vector<char const*> columns;
     };
-    std::vector<Table> const tables{{"drawers",
-                                     {"distribution", "growing", "chunk0", "chunk1", "set0", "set1",
-                                      "row_bytes", "rows", "unwritten", "number"}},
-                                    {"distributions", {"key", "range", "dim0", "dim1"}},
-                                    {"extents", {"drawer", "first_row", "runs"}},
-                                    {"collections", {"space"}},
-                                    {"sets", {"collection", "size", "members"}}};
+    constexpr Column kColumnsToDamage[] = {
+        {"drawers", "distribution"}, {"drawers", "growing"},    {"drawers", "chunk0"},
+        {"drawers", "chunk1"},       {"drawers", "set0"},       {"drawers", "set1"},
+        {"drawers", "row_bytes"},    {"drawers", "rows"},       {"drawers", "unwritten"},
+        {"drawers", "number"},       {"distributions", "key"},  {"distributions", "range"},
+        {"distributions", "dim0"},   {"distributions", "dim1"}, {"extents", "drawer"},
+        {"extents", "first_row"},    {"extents", "runs"},       {"collections", "space"},
+        {"sets", "collection"},      {"sets", "size"},          {"sets", "members"},
+    };
     char const* const values[] = {"-1",
                                   "0",
                                   "1",
@@ -64,40 +66,37 @@ TEST_P(DamagedDrawers, AnyNumberInAnyColumnIsRefusedOrHarmless) {
                                   "zeroblob(40)",
                                   "randomblob(30)"};
     int refused = 0;
-    for (Table const& table : tables)
-        for (char const* column : table.columns)
-            for (char const* value : values) {
-                std::string const what = std::string(table.name) + "." + column + " = " + value;
-                if (what == "distributions.key = 7") continue;  // another, sound distribution
-                SCOPED_TRACE(what);
-                context.Begin();
-                try {
-                    context.Cat().Execute((std::string("UPDATE OR IGNORE ") + table.name + " SET " +
-                                           column + " = " + value)
-                                              .c_str());
-                } catch (KOVSimException const&) {
-                    context.Rollback();
-                    continue;
-                }
-                // What was known before is forgotten, as in a process that opens the document.
-                kov::bulk::DrawerStore::Of(context).AfterRefresh();
-                kov::sets::SetStore::Of(context).AfterRefresh();
-                auto look = [&](std::function<void()> const& body) {
-                    if (!RefusalOf(body).empty()) ++refused;
-                };
-                look([&] { Read(RowRange(0, 30), Columns({0, 1})); });
-                look([&] { Read(Rows({9, 2, 2}), Columns({1})); });
-                look([&] {
-                    Descriptions drawers;
-                    Doubles().QueryDrawers(drawers);
-                });
-                look([&] {
-                    Write(growing, Rows({3, 2, 50}), Columns({1, 0}), {1, 2, 3, 4, 5, 6});
-                });
-                look([&] { KOVSimCollection(rows).SeekCSet(RowRange(0, 3), false); });
-                look([&] { document.Verify([](char const*) {}); });
+    for (Column const& column : kColumnsToDamage)
+        for (char const* value : values) {
+            std::string const what = std::string(column.table) + "." + column.name + " = " + value;
+            if (what == "distributions.key = 7") continue;  // another, sound distribution
+            SCOPED_TRACE(what);
+            context.Begin();
+            try {
+                context.Cat().Execute((std::string("UPDATE OR IGNORE ") + column.table + " SET " +
+                                       column.name + " = " + value)
+                                          .c_str());
+            } catch (KOVSimException const&) {
                 context.Rollback();
+                continue;
             }
+            // What was known before is forgotten, as in a process that opens the document.
+            kov::bulk::DrawerStore::Of(context).AfterRefresh();
+            kov::sets::SetStore::Of(context).AfterRefresh();
+            auto look = [&](std::function<void()> const& body) {
+                if (!RefusalOf(body).empty()) ++refused;
+            };
+            look([&] { Read(RowRange(0, 30), Columns({0, 1})); });
+            look([&] { Read(Rows({9, 2, 2}), Columns({1})); });
+            look([&] {
+                Descriptions drawers;
+                Doubles().QueryDrawers(drawers);
+            });
+            look([&] { Write(growing, Rows({3, 2, 50}), Columns({1, 0}), {1, 2, 3, 4, 5, 6}); });
+            look([&] { KOVSimCollection(rows).SeekCSet(RowRange(0, 3), false); });
+            look([&] { document.Verify([](char const*) {}); });
+            context.Rollback();
+        }
     EXPECT_GT(refused, 100);
     EXPECT_EQ(Read(Rows({0, 2, 9}), Columns({0, 1})), (std::vector<double>{1, 2, 3, 4, 5, 6}));
 }
