@@ -21,7 +21,7 @@ KOVObjDocument OpenForReading(std::string const& path);
 
 /// The elements of one element specification.
 struct ElementGroup {
-    std::string name;  ///< of the element type; empty where it has none
+    std::string name;                   ///< of the element type; empty where it has none
     ElementType const* type = nullptr;  ///< null if the name is not known
     int shape = -1;                     ///< number of the shape symbol; -1 if none is set
     KOVSimCSet elements;
