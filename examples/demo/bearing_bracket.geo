@@ -100,8 +100,10 @@ Mesh.MeshSizeMin = 0.35*size;
 Mesh.MeshSizeMax = size;
 Mesh.MeshSizeFromCurvature = 14;
 Mesh.ElementOrder = 2;
+// Mid-side nodes stay on straight edges: curved, some elements at the eye and the counterbores turn
+// over, and the optimizer that would mend them finds its way in nine runs out of ten.
+Mesh.SecondOrderLinear = 1;
 
 Mesh.Optimize = 1;
-Mesh.HighOrderOptimize = 1;
 Mesh.SaveGroupsOfNodes = 1;
 Mesh.SaveGroupsOfElements = 1;
