@@ -5,6 +5,7 @@
 #   make bench                     the table of measures
 #   make soak [SOAK_SECONDS=n]     the slow things: thousands of crashes, long fuzzing
 #   make format / make lint        the style, applied / clang-tidy over what changed (LINT=--all)
+#   make reference                 the public headers as pages, build/reference/html
 #   make install [PREFIX=path]     default /usr/local
 
 PREFIX ?= /usr/local
@@ -12,7 +13,7 @@ DEMO_NODES ?= big
 SOAK_SECONDS ?= 1800
 SHELL := /bin/bash
 
-.PHONY: all demo test bench soak format lint install clean
+.PHONY: all demo test bench soak format lint reference install clean
 
 all:
 	@scripts/install-dependencies.sh build
@@ -41,6 +42,10 @@ format:
 lint:
 	@scripts/install-dependencies.sh build
 	@scripts/lint.sh $(LINT)
+
+reference:
+	@scripts/install-dependencies.sh reference
+	@scripts/reference.sh
 
 install:
 	@scripts/install-dependencies.sh build

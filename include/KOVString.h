@@ -99,7 +99,9 @@ inline bool operator==(char const* a, KOVString const& b) { return b.Compare(a) 
 inline bool operator!=(char const* a, KOVString const& b) { return b.Compare(a) != 0; }
 
 /// For the standard's hashed containers.
+namespace std {
 template <>
-struct std::hash<KOVString> {
-    KOV_EXPORT std::size_t operator()(KOVString const& text) const noexcept;
+struct hash<KOVString> {
+    KOV_EXPORT size_t operator()(KOVString const& text) const noexcept;
 };
+}  // namespace std

@@ -2,7 +2,7 @@
 # Installs the Debian packages that the project needs, by name; quick, and without network, when all
 # of them are there.
 #
-#   scripts/install-dependencies.sh [build] [demo] [bench]      default: build
+#   scripts/install-dependencies.sh [build] [demo] [bench] [reference]      default: build
 #
 # docs/dependencies.md gives the reason for each package.
 set -euo pipefail
@@ -19,6 +19,7 @@ bench=(
     libbenchmark-dev libhdf5-dev libnetcdf-dev libexodusii-dev libcgns-dev libmedc-dev libvtk9-dev
     python3-meshio python3-numpy
 )
+reference=(doxygen python3)
 
 groups=("$@")
 [ ${#groups[@]} -gt 0 ] || groups=(build)
@@ -29,7 +30,8 @@ for group in "${groups[@]}"; do
         build) wanted+=("${build[@]}") ;;
         demo) wanted+=("${demo[@]}") ;;
         bench) wanted+=("${bench[@]}") ;;
-        *) echo "install-dependencies.sh: unknown group '$group' (build, demo, bench)" >&2; exit 2 ;;
+        reference) wanted+=("${reference[@]}") ;;
+        *) echo "install-dependencies.sh: unknown group '$group' (build, demo, bench, reference)" >&2; exit 2 ;;
     esac
 done
 
