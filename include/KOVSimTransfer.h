@@ -60,7 +60,7 @@ class KOV_EXPORT KOVSimTransfer {
     KOVSimTransfer& CheckView();
     /// The bytes that the view takes: the product of the sizes of its sets and of the entry size.
     /// `buffer` is always 0.
-    int RequiredBufferSize(int buffer) const;
+    int RequiredBufferSize(int buffer = 0) const;
     /// The caller's buffer of exactly that many bytes; it stays the caller's. `buffer` is always 0.
     KOVSimTransfer& SetBuffer(int buffer, void* data, unsigned long bytes);
     KOVSimTransfer& SetBuffer(int buffer, void const* data, unsigned long bytes);

@@ -4,9 +4,15 @@
 
 // IWYU pragma: begin_exports
 #include "KOVSrvBasic.h"
+#include "KOVSrvCopyDistribution.h"
 #include "KOVSrvDiagnosticsHandler.h"
+#include "KOVSrvDistributionTransform.h"
 #include "KOVSrvElementConnectivity.h"
+#include "KOVSrvEltClassBuilderImpl.h"
+#include "KOVSrvEltClassBuilderImplShape.h"
+#include "KOVSrvEltClassificationBuilder.h"
 #include "KOVSrvFsm.h"
+#include "KOVSrvGetPointSetFromElementSpec.h"
 #include "KOVSrvInverseConnectivity.h"
 #include "KOVSrvKeywordDataReader.h"
 #include "KOVSrvKeywordParameterReader.h"
