@@ -12,6 +12,8 @@
 #include "KOVSrvEltClassBuilderImplShape.h"
 #include "KOVSrvEltClassificationBuilder.h"
 #include "KOVSrvFsm.h"
+#include "KOVSrvGetCSetIDFromScopedName.h"
+#include "KOVSrvGetDofNumberFromDofRecord.h"
 #include "KOVSrvGetInstanceInfo.h"
 #include "KOVSrvGetNameFromID.h"
 #include "KOVSrvGetPointSetFromElementSpec.h"
@@ -25,5 +27,7 @@
 #include "KOVSrvLabelMapper.h"
 #include "KOVSrvLabelerType.h"
 #include "KOVSrvNodalCoordinates.h"
+#include "KOVSrvSetMapperFactory.h"
 #include "KOVSrvSsm.h"
+#include "KOVSrvSymbolCollection.h"
 // IWYU pragma: end_exports
