@@ -10,5 +10,5 @@
 /// volatile set. That count is multiplied by n + 1 for a specification whose own name has "AXA" as
 /// its second to fourth character and ends in the digit n. Without a shape the empty set of the
 /// point collection, which has an ID; a shape with no fixed number of points gives a volatile set
-/// without members.
+/// without members. Throws KOVSimException if the document has fewer points than are asked for.
 KOV_EXPORT KOVSimCSet KOVSrvGetPointSetFromElementSpec(KOVSimPosition const& elementSpec);
