@@ -5,8 +5,8 @@
 #include "KOVObjLabeler.h"
 
 #include <algorithm>
-#include <cstdint>
 #include <numeric>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -19,14 +19,20 @@
 #include "KOVSimTransaction.h"
 #include "KOVSimTransfer.h"
 #include "document/facades/LabelCheck.h"
+#include "document/facades/LabelledInstance.h"
+#include "document/facades/OrdinalOwners.h"
 #include "document/records/Identity.h"
 
 using namespace kov;
+using facades::LabelledInstance;
+using facades::OrdinalOwners;
 using records::Asked;
 
 namespace {
 
 constexpr int Block = 1 << 20;  // labels in one transfer
+// So many ordinals are sought in one instance after the other; whoever asks oftener gets an index.
+constexpr int FewLookups = 4;
 
 int MapMember(KOVObjLabelerType type) {
     return type == KOVObjLabelerNodes ? ::schema::Focus_nodeLabels()
@@ -52,14 +58,6 @@ std::vector<int> AscendingPlaces(KOVBasVector<int> const& ordinals, Asked const&
         records::Refuse(asked, "ordinal " + std::to_string(ordinals[*twice]) + " is given twice");
     }
     return places;
-}
-
-void ReadLabels(KOVSimDistribution const& distribution, KOVSimDrawerID const& drawer,
-                KOVSimCSet const& ordinals, int* labels) {
-    KOVSimTransfer transfer(distribution);
-    transfer.SetRead().SetBufferPadding(false).SetDrawer(drawer).SetDim(0, ordinals).CheckView();
-    transfer.SetBuffer(0, labels, sizeof(int) * static_cast<unsigned long>(ordinals.Size()));
-    transfer.ExecRead().RelinquishBuffers();
 }
 
 /// Writes labels to a drawer that grows with them; the first block makes it.
@@ -93,21 +91,38 @@ class LabelWriter {
 
 }  // namespace
 
+// All instances, as they were when they were read; each is opened when it is first asked.
 struct KOVObjLabeler::Instances {
-    struct Instance {
-        KOVString name;
-        KOVSimDistribution distribution;
-        KOVSimDrawerID drawer;  // null for an instance without labels
-        KOVSimCSet ordinals;
-    };
-    std::vector<Instance> all;  // ascending by name
+    std::vector<LabelledInstance> all;  // ascending by name
+    LabelledInstance* last = nullptr;   // the one that was found by name last
+    int ownerLookups = 0;
+    std::optional<OrdinalOwners> owners;
 
-    Instance const* Find(KOVString const& name) const {
-        auto const at = std::lower_bound(all.begin(), all.end(), name,
-                                         [](Instance const& instance, KOVString const& sought) {
-                                             return instance.name < sought;
-                                         });
-        return at != all.end() && at->name == name ? &*at : nullptr;
+    LabelledInstance* Find(KOVString const& name) {
+        if (last && last->Name() == name) return last;
+        auto const at =
+            std::lower_bound(all.begin(), all.end(), name,
+                             [](LabelledInstance const& instance, KOVString const& sought) {
+                                 return instance.Name() < sought;
+                             });
+        if (at == all.end() || at->Name() != name) return nullptr;
+        return last = &*at;
+    }
+
+    LabelledInstance* OwnerOf(int ordinal) {
+        if (ownerLookups < FewLookups) {
+            ++ownerLookups;
+            auto const has = [=](LabelledInstance& i) { return i.Ordinals().Contains(ordinal); };
+            auto const owner = std::find_if(all.begin(), all.end(), has);
+            return owner != all.end() ? &*owner : nullptr;
+        }
+        if (!owners) {
+            std::vector<sets::IndexSetPtr> sets;
+            for (LabelledInstance& instance : all) sets.push_back(instance.Ordinals().Storage());
+            owners.emplace(std::move(sets));
+        }
+        int const owner = owners->Find(ordinal);
+        return owner >= 0 ? &all[static_cast<std::size_t>(owner)] : nullptr;
     }
 };
 
@@ -120,18 +135,8 @@ KOVObjLabeler::KOVObjLabeler(KOVSimPosition const& position, KOVObjLabelerType t
 void KOVObjLabeler::Read() {
     auto instances = std::make_shared<Instances>();
     for (KOVSimMapiterator at = m_focus.GetMap(MapMember(m_type)).Begin(); at.NotDone(); ++at) {
-        Instances::Instance instance;
-        instance.name = at.Key();
-        instance.distribution = KOVSimDistribution(
-            at.Value().GetPosition(::schema::Labels_distribution()).GetDistribution());
-        KOVSimArray<KOVSimPersistentDrawerDesc, KOVSimArrayClassPolicy<KOVSimPersistentDrawerDesc>>
-            drawers;
-        if (!instance.distribution.ID().IsNull()) instance.distribution.QueryDrawers(drawers);
-        if (drawers.Size() > 0) {
-            instance.drawer = drawers.ConstGet(0).drawerID;
-            instance.ordinals = drawers.ConstGet(0).compartment.CSet(0);
-        }
-        instances->all.push_back(std::move(instance));
+        KOVSimPosition const distribution = at.Value().GetPosition(::schema::Labels_distribution());
+        instances->all.emplace_back(at.Key(), distribution.GetDistribution());
     }
     m_instances = std::move(instances);
 }
@@ -141,7 +146,7 @@ KOVObjLabeler::NameArray KOVObjLabeler::Occurrences() const {
     if (!m_instances) return names;
     names.SetSize(static_cast<int>(m_instances->all.size()));
     for (int i = 0; i < names.Size(); ++i)
-        names.Get(i) = m_instances->all[static_cast<std::size_t>(i)].name;
+        names.Get(i) = m_instances->all[static_cast<std::size_t>(i)].Name();
     return names;
 }
 
@@ -149,59 +154,35 @@ bool KOVObjLabeler::IsInstanceValid(KOVString const& name) const {
     return m_instances && m_instances->Find(name);
 }
 
+KOVSimCSet KOVObjLabeler::GetInstanceOrdinals(KOVString const& name) const {
+    LabelledInstance* const instance = m_instances ? m_instances->Find(name) : nullptr;
+    return instance ? instance->Ordinals() : KOVSimCSet();
+}
+
 void KOVObjLabeler::GetInstanceLabelsAndOrdinals(KOVString const& name, KOVBasVector<int>& labels,
                                                  KOVBasVector<int>& ordinals) const {
     labels.Resize(0);
     ordinals.Resize(0);
-    Instances::Instance const* const instance = m_instances ? m_instances->Find(name) : nullptr;
-    if (!instance || instance->drawer.IsNull()) return;
-    int const n = instance->ordinals.Size();
-    labels.Resize(n);
-    ordinals.Resize(n);
-    instance->ordinals.Members(ordinals.Data());
-    KOVSimCollection const collection(instance->ordinals.CollectionID());
-    for (int first = 0; first < n;) {
-        int const count = std::min(Block, n - first);
-        ReadLabels(instance->distribution, instance->drawer,
-                   collection.CreateVolatileCSet(ordinals.Data() + first, count, false),
-                   labels.Data() + first);
-        first += count;
-    }
-    if (facades::IsStrictlyAscending(labels)) return;
-    // Label and ordinal in one word: both are brought into order by a sort of plain numbers.
-    std::vector<std::uint64_t> pairs(static_cast<std::size_t>(n));
-    constexpr std::uint32_t SignFlip = 0x80000000u;
-    for (int i = 0; i < n; ++i) {
-        std::uint64_t const label = static_cast<std::uint32_t>(labels[i]) ^ SignFlip;
-        pairs[static_cast<std::size_t>(i)] = label << 32 | static_cast<std::uint32_t>(ordinals[i]);
-    }
-    std::sort(pairs.begin(), pairs.end());
-    for (int i = 0; i < n; ++i) {
-        std::uint64_t const pair = pairs[static_cast<std::size_t>(i)];
-        labels[i] = static_cast<int>(static_cast<std::uint32_t>(pair >> 32) ^ SignFlip);
-        ordinals[i] = static_cast<int>(static_cast<std::uint32_t>(pair));
-    }
+    if (LabelledInstance* const instance = m_instances ? m_instances->Find(name) : nullptr)
+        instance->Read(labels, ordinals);
 }
 
 bool KOVObjLabeler::GetOccurrenceForFlatMeshOrdinal(int ordinal, KOVString& name) const {
-    if (!m_instances) return false;
-    for (Instances::Instance const& instance : m_instances->all) {
-        if (!instance.ordinals.Contains(ordinal)) continue;
-        name = instance.name;
-        return true;
-    }
-    return false;
+    // Of a document that was closed nothing is answered.
+    if (!records::ToRead(m_focus.ID()) || !m_instances) return false;
+    LabelledInstance const* const owner = m_instances->OwnerOf(ordinal);
+    if (owner) name = owner->Name();
+    return owner != nullptr;
 }
 
 int KOVObjLabeler::GetInstanceLabel(KOVString const& name, int ordinal) const {
-    Instances::Instance const* const instance = m_instances ? m_instances->Find(name) : nullptr;
-    int label = -1;
-    if (instance && instance->ordinals.Contains(ordinal)) {
-        KOVSimCollection const collection(instance->ordinals.CollectionID());
-        ReadLabels(instance->distribution, instance->drawer,
-                   collection.CreateVolatileCSet(&ordinal, 1, false), &label);
-    }
-    return label;
+    LabelledInstance* const instance = m_instances ? m_instances->Find(name) : nullptr;
+    return instance ? instance->LabelAt(ordinal) : -1;
+}
+
+int KOVObjLabeler::GetInstanceOrdinal(KOVString const& name, int label) const {
+    LabelledInstance* const instance = m_instances ? m_instances->Find(name) : nullptr;
+    return instance ? instance->OrdinalAt(label) : -1;
 }
 
 void KOVObjLabeler::SetInstance(KOVString const& name, KOVBasVector<int> const& labels,
