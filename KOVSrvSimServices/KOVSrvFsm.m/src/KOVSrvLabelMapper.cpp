@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <cstdlib>
 #include <limits>
+#include <utility>
 #include <vector>
 
 #include "KOVAssert.h"
@@ -16,8 +17,8 @@
 #include "LabelTable.h"
 
 using kov::fsm::AllocateQuads;
-using kov::fsm::LabelRows;
-using kov::fsm::OrdinalRanks;
+using kov::fsm::CopySorted;
+using kov::fsm::IsSortedByPrimaryOrdinal;
 using kov::fsm::Quads;
 
 namespace {
@@ -154,37 +155,46 @@ Quad* KOVSrvLabelMapper::RemapBasedOnUserLabels(KOVObjLabelerType type, int& cou
     secondary.Read();
     m_occurrences = primary.Occurrences();
 
-    std::vector<LabelRows> parts;
-    std::int64_t sum = 0;
+    // Instances are taken by their lowest primary ordinals, and each is sorted by itself. As a rule
+    // they lie one behind the other in the flat mesh, and that is the order of the whole.
+    struct Instance {
+        int lowest;
+        int index;
+    };
+    std::vector<Instance> instances;
+    // No instance can have more rows than either side has labels; mostly it has as many.
+    std::size_t most = 0;
     for (int i = 0; i < m_occurrences.Size(); ++i) {
-        int c = 0;
-        Quads q(
-            RemapInstanceBasedOnUserLabels(primary, secondary, m_occurrences.ConstGet(i), i, c));
-        sum += c;
-        if (c > 0) parts.push_back(LabelRows{std::move(q), c});
+        KOVString const& name = m_occurrences.ConstGet(i);
+        KOVSimCSet const ordinals = primary.GetInstanceOrdinals(name);
+        int const size = std::min(ordinals.Size(), secondary.GetInstanceOrdinals(name).Size());
+        if (size == 0) continue;
+        instances.push_back({static_cast<int>(ordinals.Bounds() & 0xffffffff), i});
+        most += Count(size);
     }
-    if (sum > std::numeric_limits<int>::max())
-        KOVSimException::ThrowText("KOVSrvLabelMapper: more than 2147483647 common labels");
-    int const ntotal = static_cast<int>(sum);
+    std::stable_sort(instances.begin(), instances.end(),
+                     [](Instance const& a, Instance const& b) { return a.lowest < b.lowest; });
 
-    Quads table = AllocateQuads(Count(ntotal));
-    OrdinalRanks ranks;
-    bool const ranked = ranks.Build(parts);
-    int n = 0;
-    for (LabelRows& part : parts) {
-        Quad const* const rows = part.quads.get();
-        if (ranked) {
-            for (int i = 0; i < part.count; ++i)
-                table[ranks.Rank(rows[i].primaryOrdinal)] = rows[i];
-        } else {
-            std::copy_n(rows, part.count, table.get() + n);
-        }
-        n += part.count;
-        part.quads.reset();
+    Quads table = AllocateQuads(most);
+    std::size_t ntotal = 0;
+    std::size_t n = 0;
+    for (Instance const& instance : instances) {
+        int c = 0;
+        Quads const q(RemapInstanceBasedOnUserLabels(
+            primary, secondary, m_occurrences.ConstGet(instance.index), instance.index, c));
+        ntotal += Count(c);
+        CopySorted(q.get(), Count(c), table.get() + n);
+        n += Count(c);
     }
     KOV_UTT_ASSERT(n == ntotal);
-    if (!ranked) std::qsort(table.get(), Count(n), sizeof(Quad), IntQuadCompare);
-    count = ntotal;
+    if (ntotal > Count(std::numeric_limits<int>::max()))
+        KOVSimException::ThrowText("KOVSrvLabelMapper: more than 2147483647 common labels");
+    if (n < most / 2 || !IsSortedByPrimaryOrdinal(table.get(), n)) {
+        Quads sorted = AllocateQuads(n);
+        CopySorted(table.get(), n, sorted.get());
+        table = std::move(sorted);
+    }
+    count = static_cast<int>(ntotal);
     return table.release();
 }
 
