@@ -1,7 +1,6 @@
 // kovsim info MODEL.ksd
 
 #include <CLI/CLI.hpp>
-#include <cstdio>
 #include <memory>
 #include <string>
 #include <vector>
@@ -15,6 +14,7 @@
 #include "KOVSimDataRecord.h"
 #include "KOVSimSchema.h"
 #include "Names.h"
+#include "Table.h"
 
 namespace kov::tool {
 namespace {
@@ -149,29 +149,6 @@ std::string JsonText(Options const& options, Overview const& overview) {
     json.EndObject();
     return json.Text();
 }
-
-class Table {
-  public:
-    void Line(std::string const& name, std::string const& value) {
-        m_text += name;
-        m_text.append(name.size() < 22 ? 22 - name.size() : 1, ' ');
-        m_text += value + "\n";
-    }
-    void Line(std::string const& name, long value) {
-        char digits[32];
-        std::snprintf(digits, sizeof digits, "%14ld", value);
-        Line(name, digits);
-    }
-    void Line(std::string const& name, long value, std::string const& remark) {
-        char digits[32];
-        std::snprintf(digits, sizeof digits, "%14ld  ", value);
-        Line(name, digits + remark);
-    }
-    std::string const& Text() const { return m_text; }
-
-  private:
-    std::string m_text;
-};
 
 std::string PlainText(Options const& options, Overview const& overview) {
     Table table;

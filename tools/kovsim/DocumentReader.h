@@ -7,17 +7,40 @@
 #include <vector>
 
 #include "ElementTypes.h"
+#include "Failure.h"
 #include "KOVBasVector.h"
 #include "KOVObjDocument.h"
 #include "KOVObjLabeler.h"
 #include "KOVObjMesh.h"
 #include "KOVSimCSet.h"
 #include "KOVSimCollection.h"
+#include "KOVSimException.h"
 
 namespace kov::tool {
 
 /// Opens a document for reading. Throws Failure that names the path and says why it cannot be done.
 KOVObjDocument OpenForReading(std::string const& path);
+
+/// Something in a document that cannot be answered. The text has no path: WhileReading puts it in
+/// front.
+class DocumentFault : public Failure {
+  public:
+    using Failure::Failure;
+};
+
+/// Runs `look`, which reads the document that was opened under `path`, and gives its result. What
+/// the document refuses becomes a Failure that names the path, and so does
+/// a DocumentFault.
+template <class Look>
+auto WhileReading(std::string const& path, Look&& look) {
+    try {
+        return look();
+    } catch (KOVSimException const& error) {
+        throw Failure(path + ": " + error.what());
+    } catch (DocumentFault const& fault) {
+        throw Failure(path + ": " + fault.what());
+    }
+}
 
 /// The elements of one element specification.
 struct ElementGroup {

@@ -68,6 +68,7 @@ Json& Json::Begin(char bracket) {
     Separate();
     m_text += bracket;
     m_filled.push_back(false);
+    if (std::exchange(m_oneLineNext, false) && m_oneLineFrom == 0) m_oneLineFrom = m_filled.size();
     return *this;
 }
 
@@ -75,6 +76,7 @@ Json& Json::End(char bracket) {
     bool const filled = m_filled.back();
     m_filled.pop_back();
     if (filled) NewLine();
+    if (m_filled.size() < m_oneLineFrom) m_oneLineFrom = 0;
     m_text += bracket;
     return *this;
 }
@@ -85,13 +87,13 @@ void Json::Separate() {
         return;
     }
     if (m_filled.empty()) return;
-    if (m_filled.back()) m_text += m_form == Form::OneLine ? ", " : ",";
+    if (m_filled.back()) m_text += OnOneLine() ? ", " : ",";
     m_filled.back() = true;
     NewLine();
 }
 
 void Json::NewLine() {
-    if (m_form == Form::OneLine) return;
+    if (OnOneLine()) return;
     m_text += '\n';
     m_text.append(2 * m_filled.size(), ' ');
 }

@@ -7,6 +7,7 @@
 
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace kov::tool {
@@ -21,6 +22,12 @@ class Json {
     Json& EndObject() { return End('}'); }
     Json& BeginArray() { return Begin('['); }
     Json& EndArray() { return End(']'); }
+
+    /// The next bracket and all inside it stand on one line.
+    Json& OneLine() {
+        m_oneLineNext = true;
+        return *this;
+    }
 
     /// The name of the next value; only inside an object.
     Json& Key(std::string_view name);
@@ -39,13 +46,17 @@ class Json {
         return Key(name).Value(value);
     }
 
-    /// What was written, with a newline at the end.
+    /// Takes out what was written so far, so that a long text can be printed piece by piece.
+    std::string Take() { return std::exchange(m_text, {}); }
+
+    /// What was written and not taken out, with a newline at the end.
     std::string Text() const { return m_text + "\n"; }
 
   private:
     Json& Begin(char bracket);
     Json& End(char bracket);
     void Separate();
+    bool OnOneLine() const { return m_form == Form::OneLine || m_oneLineFrom != 0; }
     void NewLine();
     void Quote(std::string_view text);
 
@@ -53,6 +64,8 @@ class Json {
     std::string m_text;
     std::vector<bool> m_filled;  ///< for each open bracket whether something stands in it
     bool m_afterKey = false;
+    bool m_oneLineNext = false;
+    std::size_t m_oneLineFrom = 0;  ///< brackets from this depth on stand on one line; 0 for none
 };
 
 /// Length of the valid UTF-8 sequence at the start of `text`; 0 if there is none.

@@ -1,6 +1,7 @@
 #include "Names.h"
 
 #include <algorithm>
+#include <cctype>
 
 namespace kov::tool {
 
@@ -16,6 +17,17 @@ bool Unquote(std::string& text) {
     auto const quotes = std::count(text.begin(), text.end(), '"');
     if (quotes != 0) std::erase(text, '"');
     return quotes % 2 == 0;
+}
+
+std::string NameText(std::string_view name) {
+    bool plain = !name.empty();
+    std::string text;
+    for (char const c : name) {
+        auto const byte = static_cast<unsigned char>(c);
+        plain = plain && (std::isalnum(byte) != 0 || byte >= 0x80 || c == '-' || c == '_');
+        if (byte >= 0x20 && byte != 0x7f) text += c;
+    }
+    return plain ? text : '"' + text + '"';
 }
 
 std::string Shown(std::string_view text) {

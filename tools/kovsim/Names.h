@@ -14,6 +14,10 @@ std::string LowerCase(std::string_view text);
 /// Takes the double quotes out of a text. False if they are not in pairs.
 bool Unquote(std::string& text);
 
+/// A name as a user writes it: as it is where it is plain, else in double quotes; control
+/// characters are left out. The empty name is `""`.
+std::string NameText(std::string_view name);
+
 /// A text for a message: control characters and all but the first 60 bytes are left out.
 std::string Shown(std::string_view text);
 
