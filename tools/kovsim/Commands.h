@@ -17,9 +17,14 @@ using Action = std::function<int()>;
 void AddTranslate(CLI::App& app, Action& action);
 void AddInfo(CLI::App& app, Action& action);
 void AddVerify(CLI::App& app, Action& action);
+void AddClasses(CLI::App& app, Action& action);
 void AddCompact(CLI::App& app, Action& action);
 void AddExport(CLI::App& app, Action& action);
+void AddExtract(CLI::App& app, Action& action);
+void AddMap(CLI::App& app, Action& action);
+void AddFind(CLI::App& app, Action& action);
 void AddMonitor(CLI::App& app, Action& action);
+void AddSets(CLI::App& app, Action& action);
 
 /// Writes text to standard output at once. Throws Failure if that fails.
 void Print(std::string const& text);

@@ -22,9 +22,14 @@ int Run(int argc, char** argv) {
     kov::tool::Action action;
     kov::tool::AddTranslate(app, action);
     kov::tool::AddInfo(app, action);
+    kov::tool::AddSets(app, action);
+    kov::tool::AddFind(app, action);
+    kov::tool::AddClasses(app, action);
     kov::tool::AddVerify(app, action);
     kov::tool::AddCompact(app, action);
     kov::tool::AddExport(app, action);
+    kov::tool::AddExtract(app, action);
+    kov::tool::AddMap(app, action);
     kov::tool::AddMonitor(app, action);
     try {
         app.parse(argc, argv);

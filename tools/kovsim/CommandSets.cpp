@@ -1,0 +1,382 @@
+// kovsim sets MODEL.ksd [NAME]
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "Commands.h"
+#include "DocumentReader.h"
+#include "Json.h"
+#include "KOVSimDataRecord.h"
+#include "KOVSimMap.h"
+#include "KOVSimSchema.h"
+#include "MemberList.h"
+#include "NamedObjects.h"
+#include "Names.h"
+#include "Nearest.h"
+#include "ObjectContent.h"
+#include "Table.h"
+
+namespace kov::tool {
+namespace {
+
+struct Options {
+    std::string document;
+    std::string name;
+    std::string kind;
+    bool hasName = false;
+    bool json = false;
+
+    std::vector<ObjectKind> Kinds() const {
+        std::vector<ObjectKind> kinds;
+        for (ObjectKind const each : kObjectKinds) {
+            if (kind.empty() || kind == KindWord(each)) kinds.push_back(each);
+        }
+        return kinds;
+    }
+};
+
+// ---------------------------------------------------------------------------------- the list
+
+struct InstanceEntry {
+    std::string name;
+    std::string part;
+    int nodes = 0;
+    int elements = 0;
+};
+
+// Of the model's instances and of those that labels name, each name once.
+std::vector<InstanceEntry> Instances(KOVObjDocument const& document, MeshLabels const& nodes,
+                                     MeshLabels const& elements) {
+    std::vector<InstanceEntry> instances;
+    auto const entry = [&instances](std::string const& name) -> InstanceEntry& {
+        auto const at = std::lower_bound(
+            instances.begin(), instances.end(), name,
+            [](InstanceEntry const& a, std::string const& sought) { return a.name < sought; });
+        if (at != instances.end() && at->name == name) return *at;
+        return *instances.insert(at, {name, "", 0, 0});
+    };
+    KOVSimMap const map = document.GetModel().GetMap(schema::Model_instances());
+    for (KOVSimMapiterator at = map.Begin(); at.NotDone(); ++at) {
+        InstanceEntry& instance = entry(Plain(at.Key()));
+        instance.part = Plain(at.Value().GetDataRecord().ReturnString(0));
+        instance.nodes = KOVSimCSet(at.Value().GetPosition(schema::Instance_nodes())).Size();
+        instance.elements = KOVSimCSet(at.Value().GetPosition(schema::Instance_elements())).Size();
+    }
+    auto const labelled = [&](MeshLabels const& labels, int InstanceEntry::*count) {
+        for (int i = 0; i < static_cast<int>(labels.Names().size()); ++i) {
+            int& size = entry(labels.Names()[static_cast<std::size_t>(i)]).*count;
+            size = std::max(size, labels.Ordinals(i).Size());
+        }
+    };
+    labelled(nodes, &InstanceEntry::nodes);
+    labelled(elements, &InstanceEntry::elements);
+    return instances;
+}
+
+// The heading of a list of one kind, in text and in JSON.
+std::string ListTitle(ObjectKind kind, bool internal) {
+    return (internal ? "internal " : "") + std::string(KindName(kind)) + "s";
+}
+
+char const* ListKey(ObjectKind kind, bool internal) {
+    switch (kind) {
+        case ObjectKind::Nodes:
+            return internal ? "internalNodeSets" : "nodeSets";
+        case ObjectKind::Elements:
+            return internal ? "internalElementSets" : "elementSets";
+        case ObjectKind::Surface:
+            return "surfaces";
+        case ObjectKind::Orientation:
+            return "orientations";
+    }
+    return "";
+}
+
+bool IsSetKind(ObjectKind kind) {
+    return kind == ObjectKind::Nodes || kind == ObjectKind::Elements;
+}
+
+bool IsSet(NamedObject const& object) { return KOVSimCSetID::CanBeConverted(object.position.ID()); }
+
+void AddToTable(Table& table, KOVObjDocument const& document, NamedObject const& object) {
+    std::string const name = "  " + NameText(object.key);
+    if (IsSetKind(object.kind)) {
+        if (IsSet(object)) {
+            table.Line(name, KOVSimCSet(object.position).Size());
+        } else {
+            table.Line(name, std::string("no set"));
+        }
+    } else if (object.kind == ObjectKind::Surface) {
+        table.Line(name, SizeText(ReadSurface(document, object.position)));
+    } else {
+        table.Line(name, SystemText(ReadOrientation(object.position)));
+    }
+}
+
+void AddSystem(Json& json, OrientationContent const& orientation) {
+    json.Key("system");
+    orientation.system.empty() ? json.Null() : json.Value(orientation.system);
+}
+
+void AddSizes(Json& json, SurfaceContent const& surface) {
+    json.Member("faces", surface.Faces()).Member("edges", surface.Edges());
+    json.Member("elements", surface.elements.Size()).Member("nodes", surface.nodes.Size());
+}
+
+void AddToJson(Json& json, KOVObjDocument const& document, NamedObject const& object) {
+    json.OneLine().BeginObject().Member("name", object.key);
+    if (IsSetKind(object.kind)) {
+        json.Key("size");
+        IsSet(object) ? json.Value(KOVSimCSet(object.position).Size()) : json.Null();
+    } else if (object.kind == ObjectKind::Surface) {
+        AddSizes(json, ReadSurface(document, object.position));
+    } else {
+        AddSystem(json, ReadOrientation(object.position));
+    }
+    json.EndObject();
+}
+
+void PrintList(Options const& options, KOVObjDocument const& document) {
+    MeshLabels const nodes(document, KOVObjLabelerNodes);
+    MeshLabels const elements(document, KOVObjLabelerElements);
+    std::vector<InstanceEntry> const instances = Instances(document, nodes, elements);
+    Table table;
+    Json json;
+    json.BeginObject().Member("document", options.document);
+    table.Line("document", options.document);
+    if (options.kind.empty()) {
+        json.Key("instances").BeginArray();
+        table.Line("instances", static_cast<long>(instances.size()));
+        for (InstanceEntry const& instance : instances) {
+            json.OneLine().BeginObject().Member("name", instance.name);
+            json.Member("part", instance.part).Member("nodes", instance.nodes);
+            json.Member("elements", instance.elements).EndObject();
+            table.Line("  " + NameText(instance.name),
+                       CountText(instance.nodes, "node") + ", " +
+                           CountText(instance.elements, "element") +
+                           (instance.part.empty() ? "" : ", part " + NameText(instance.part)));
+        }
+        json.EndArray();
+    }
+    for (ObjectKind const kind : options.Kinds()) {
+        for (bool const internal : {false, true}) {
+            std::vector<NamedObject> const objects = AllObjects(document, kind, internal);
+            if (internal && !IsSetKind(kind)) continue;
+            json.Key(ListKey(kind, internal)).BeginArray();
+            if (!internal || !objects.empty())
+                table.Line(ListTitle(kind, internal), static_cast<long>(objects.size()));
+            for (NamedObject const& object : objects) {
+                options.json ? AddToJson(json, document, object)
+                             : AddToTable(table, document, object);
+            }
+            json.EndArray();
+        }
+    }
+    json.EndObject();
+    Print(options.json ? json.Text() : table.Text());
+}
+
+// --------------------------------------------------------------------------------- one object
+
+// Prints objects one by one; the labels of nodes and of elements are looked up when first needed.
+class ObjectPrinter {
+  public:
+    explicit ObjectPrinter(KOVObjDocument const& document) : m_document(document) {}
+
+    void Print(NamedObject const& object) {
+        m_out << (object.internal ? "internal " : "") << KindName(object.kind) << " "
+              << NameText(object.key) << ": ";
+        if (IsSetKind(object.kind)) {
+            KOVSimCSet const set = SetOf(object);
+            m_out << CountText(set.Size(), object.kind == ObjectKind::Nodes ? "node" : "element")
+                  << "\n";
+            Members("  ", object.kind, set);
+        } else if (object.kind == ObjectKind::Surface) {
+            SurfaceContent const surface = ReadSurface(m_document, object.position);
+            m_out << SizeText(surface) << "\n";
+            for (auto const* const parts : {&surface.faces, &surface.edges}) {
+                for (SurfacePart const& part : *parts) {
+                    Part(NameText(part.name), ObjectKind::Elements, part.elements);
+                }
+            }
+            Part("elements", ObjectKind::Elements, surface.elements);
+            Part("nodes", ObjectKind::Nodes, surface.nodes);
+        } else {
+            Orientation(ReadOrientation(object.position));
+        }
+    }
+
+    void Print(Json& json, NamedObject const& object) {
+        json.BeginObject().Member("kind", KindWord(object.kind)).Member("name", object.key);
+        json.Member("internal", object.internal);
+        if (IsSetKind(object.kind)) {
+            KOVSimCSet const set = SetOf(object);
+            json.Member("size", set.Size()).Key("members");
+            Members(json, object.kind, set);
+        } else if (object.kind == ObjectKind::Surface) {
+            SurfaceContent const surface = ReadSurface(m_document, object.position);
+            Parts(json, "faces", surface.faces);
+            Parts(json, "edges", surface.edges);
+            json.Key("elements");
+            Members(json, ObjectKind::Elements, surface.elements);
+            json.Key("nodes");
+            Members(json, ObjectKind::Nodes, surface.nodes);
+        } else {
+            Orientation(json, ReadOrientation(object.position));
+        }
+        json.EndObject();
+    }
+
+    TextOut& Out() { return m_out; }
+
+  private:
+    static KOVSimCSet SetOf(NamedObject const& object) {
+        if (IsSet(object)) return KOVSimCSet(object.position);
+        throw DocumentFault("'" + Shown(object.key) + "' stands among the " +
+                            ListTitle(object.kind, object.internal) + ", and is no set");
+    }
+
+    MeshLabels const& Labels(ObjectKind kind) {
+        bool const nodes = kind == ObjectKind::Nodes;
+        std::optional<MeshLabels>& labels = nodes ? m_nodes : m_elements;
+        if (!labels) {
+            labels.emplace(m_document, nodes ? KOVObjLabelerNodes : KOVObjLabelerElements);
+        }
+        return *labels;
+    }
+    void Check(ObjectKind kind, KOVSimCSet const& set) const {
+        bool const nodes = kind == ObjectKind::Nodes;
+        KOVObjMesh const mesh(m_document.GetMesh());
+        KOVSimPosition const all = nodes ? mesh.GetNodeCollection() : mesh.GetElementCollection();
+        if (set.IsEmpty() || set.CollectionID() == all.GetCollection()) return;
+        throw DocumentFault(std::string("the set holds members of a collection that is not that of "
+                                        "the mesh's ") +
+                            (nodes ? "nodes" : "elements"));
+    }
+    void Members(char const* indent, ObjectKind kind, KOVSimCSet const& set) {
+        Check(kind, set);
+        PrintMembers(m_out, indent, Labels(kind), set);
+    }
+    void Members(Json& json, ObjectKind kind, KOVSimCSet const& set) {
+        Check(kind, set);
+        PrintMembers(m_out, json, Labels(kind), set);
+    }
+
+    void Part(std::string const& name, ObjectKind kind, KOVSimCSet const& set) {
+        if (set.IsEmpty()) return;
+        m_out << "  " << name << "\n";
+        Members("    ", kind, set);
+    }
+    void Parts(Json& json, char const* key, std::vector<SurfacePart> const& parts) {
+        json.Key(key).BeginArray();
+        for (SurfacePart const& part : parts) {
+            json.BeginObject().Member("name", part.name).Member("size", part.elements.Size());
+            json.Key("elements");
+            Members(json, ObjectKind::Elements, part.elements);
+            json.EndObject();
+        }
+        json.EndArray();
+    }
+
+    void Point(char const* name, OrientationContent::Point const& point) {
+        if (point.empty()) return;
+        m_out << "  " << name << " " << NumberText(point[0]) << ", " << NumberText(point[1]) << ", "
+              << NumberText(point[2]) << "\n";
+    }
+    void Orientation(OrientationContent const& orientation) {
+        m_out << SystemText(orientation) << "\n";
+        Point("a", orientation.a);
+        Point("b", orientation.b);
+        Point("c", orientation.c);
+        if (orientation.rotationAxis != 0) {
+            m_out << "  rotated by " << NumberText(orientation.rotationAngle)
+                  << " degrees about axis " << orientation.rotationAxis << "\n";
+        }
+        Point("first axis point", orientation.axisPointA);
+        Point("second axis point", orientation.axisPointB);
+    }
+    static void Point(Json& json, char const* name, OrientationContent::Point const& point) {
+        json.Key(name);
+        if (point.empty()) {
+            json.Null();
+            return;
+        }
+        json.OneLine().BeginArray();
+        for (double const number : point) json.Value(number);
+        json.EndArray();
+    }
+    static void Orientation(Json& json, OrientationContent const& orientation) {
+        AddSystem(json, orientation);
+        Point(json, "a", orientation.a);
+        Point(json, "b", orientation.b);
+        Point(json, "c", orientation.c);
+        json.Member("rotationAxis", orientation.rotationAxis);
+        json.Member("rotationAngle", orientation.rotationAngle);
+        Point(json, "axisPointA", orientation.axisPointA);
+        Point(json, "axisPointB", orientation.axisPointB);
+    }
+
+    KOVObjDocument m_document;
+    TextOut m_out;
+    std::optional<MeshLabels> m_nodes;
+    std::optional<MeshLabels> m_elements;
+};
+
+void PrintObjects(Options const& options, KOVObjDocument const& document) {
+    std::vector<ObjectKind> const kinds = options.Kinds();
+    std::vector<NamedObject> const objects = FindObjects(document, options.name, kinds);
+    if (objects.empty()) {
+        throw DocumentFault(std::string("no ") + (kinds.size() == 1 ? KindName(kinds[0]) : "set") +
+                            " named '" + Shown(options.name) + "'" +
+                            NearestHint(NearestKeys(document, options.name, kinds)));
+    }
+    ObjectPrinter printer(document);
+    if (options.json) {
+        Json json;
+        json.BeginObject().Member("document", options.document).Member("asked", options.name);
+        json.Key("objects").BeginArray();
+        for (NamedObject const& object : objects) printer.Print(json, object);
+        json.EndArray().EndObject();
+        printer.Out() << json.Text();
+    } else {
+        for (NamedObject const& object : objects) printer.Print(object);
+    }
+    printer.Out().Flush();
+}
+
+int Sets(Options const& options) {
+    KOVObjDocument const document = OpenForReading(options.document);
+    WhileReading(options.document, [&] {
+        options.hasName ? PrintObjects(options, document) : PrintList(options, document);
+    });
+    return 0;
+}
+
+}  // namespace
+
+void AddSets(CLI::App& app, Action& action) {
+    auto const options = std::make_shared<Options>();
+    CLI::App* const command =
+        app.add_subcommand("sets", "List the sets, surfaces and orientations, or show one of them");
+    command->add_option("MODEL", options->document, "The document")->required();
+    CLI::Option const* const name = command->add_option(
+        "NAME", options->name,
+        "A set, surface or orientation: Part-1.Set-1, \"My Part\".Top, Set-1, or a name of the "
+        "list");
+    command->add_option("--kind", options->kind, "Of one kind only")
+        ->check(CLI::IsMember({"nodes", "elements", "surface", "orientation"}));
+    command->add_flag("--json", options->json, "Print it as JSON");
+    command->footer(
+        "Members are shown as INSTANCE: LABELS; the instance of a model without instances is \"\"."
+        "\nA name that fits several kinds shows all of them. Exit status: 2 for an unknown name.");
+    command->callback([options, name, &action] {
+        options->hasName = name->count() > 0;
+        action = [options] { return Sets(*options); };
+    });
+}
+
+}  // namespace kov::tool
