@@ -37,7 +37,8 @@ class SetTables : public ::testing::Test {
 };
 
 TEST_F(SetTables, NamesCompareWithoutRegardToCase) {
-    SetTable table;
+    SetPool pool;
+    SetTable table(pool);
     EXPECT_EQ(table.Find("a"), nullptr);
     NamedSet& set = table.FindOrMake("Left Side");
     EXPECT_EQ(&table.FindOrMake("LEFT side"), &set);
@@ -113,7 +114,8 @@ TEST_F(SetTables, AGreatManyScatteredMembersAreKept) {
 }
 
 TEST_F(SetTables, ManyRunsOverManySetsAreFolded) {
-    SetTable table;
+    SetPool pool;
+    SetTable table(pool);
     auto const all = [this]() -> KOVSimCollection const& { return collection; };
     for (int i = 0; i < 1'200'000; ++i) {
         table.Add(table.FindOrMake("S" + std::to_string(i % 1000)), 2 * i, 1, 1, all);

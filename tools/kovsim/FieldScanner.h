@@ -7,7 +7,9 @@
 #pragma once
 
 #include <charconv>
+#include <string>
 #include <string_view>
+#include <vector>
 
 namespace kov::tool {
 
@@ -75,19 +77,12 @@ class FieldScanner {
     /// keeps its storage.
     template <class String>
     bool ReadText(String& text) {
-        SkipBlanks();
-        m_field = m_at;
-        text.clear();
-        bool quoted = false;
-        for (; *m_at != '\0' && (quoted ? *m_at != '\n' : *m_at != ',' && *m_at != '\n'); ++m_at) {
-            if (*m_at == '"') {
-                quoted = !quoted;
-            } else if (quoted || !IsBlank(*m_at)) {
-                text.push_back(*m_at);
-            }
-        }
-        if (*m_at == ',') ++m_at;
-        return !quoted;
+        return ReadText(text, [](std::size_t) {});
+    }
+    /// The same; `dots` takes where dots outside the quotes stand in `text`.
+    bool ReadText(std::string& text, std::vector<std::size_t>& dots) {
+        dots.clear();
+        return ReadText(text, [&dots](std::size_t at) { dots.push_back(at); });
     }
 
     /// The text of the field last read or tried, without blanks around it, for messages.
@@ -101,6 +96,24 @@ class FieldScanner {
     static bool IsEnd(char c) { return c == '\0' || c == '\n'; }
 
   private:
+    template <class String, class Dot>
+    bool ReadText(String& text, Dot&& dot) {
+        SkipBlanks();
+        m_field = m_at;
+        text.clear();
+        bool quoted = false;
+        for (; *m_at != '\0' && (quoted ? *m_at != '\n' : *m_at != ',' && *m_at != '\n'); ++m_at) {
+            if (*m_at == '"') {
+                quoted = !quoted;
+            } else if (quoted || !IsBlank(*m_at)) {
+                if (*m_at == '.' && !quoted) dot(text.size());
+                text.push_back(*m_at);
+            }
+        }
+        if (*m_at == ',') ++m_at;
+        return !quoted;
+    }
+
     static unsigned Digit(char c) {
         return static_cast<unsigned>(static_cast<unsigned char>(c)) - '0';
     }

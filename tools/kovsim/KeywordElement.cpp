@@ -2,11 +2,12 @@
 //   label, node, node, ...
 //
 // A line that ends with a comma, or that holds 16 fields, goes on in the next one. The nodes may be
-// defined further on.
+// defined further on. On assembly level a node of an instance is named as `instance.label`.
 
 #include "DataFields.h"
 #include "Keywords.h"
 #include "Names.h"
+#include "References.h"
 
 namespace kov::tool {
 namespace {
@@ -29,9 +30,32 @@ std::string Count(int count, char const* what) {
                             Count(type.nodes, "node") + " for type " + std::string(type.name));
 }
 
+// The nodes of one element: labels, or below 0 the place of a name, as -1 - place.
+struct NodeNames {
+    int labels[kMostNodes];
+    std::vector<ScopedName> names;
+};
+
+// A field that is no number: the name of an instance's node, where these may stand.
+int ReadNodeName(Translation& translation, DeckReader const& reader, FieldScanner& fields,
+                 NodeNames& nodes) {
+    fields.Again();
+    int label = 0;
+    Result const result = fields.ReadInt(label);
+    bool const named = translation.Current().IsRoot() && translation.AllScopes().HasInstances() &&
+                       result == Result::Wrong;
+    ScopedName name;
+    if (!named || !name.Read(fields) || name.dots.empty()) {
+        FailLabel(reader, fields, result, "a node label", "LABEL, NODE, NODE, ...");
+    }
+    nodes.names.push_back(std::move(name));
+    return -static_cast<int>(nodes.names.size());
+}
+
 // Reads the nodes of one element, over as many lines as they take.
-void ReadNodeLabels(DeckReader& reader, FieldScanner fields, ElementType const& type, int label,
-                    int* nodes) {
+void ReadNodeLabels(Translation& translation, DeckReader& reader, FieldScanner fields,
+                    ElementType const& type, int label, NodeNames& nodes) {
+    nodes.names.clear();
     int count = 0;
     int onLine = 1;
     bool comma = fields.HadComma();
@@ -39,7 +63,11 @@ void ReadNodeLabels(DeckReader& reader, FieldScanner fields, ElementType const& 
         int const line = reader.LineNumber();
         while (!fields.AtEnd()) {
             if (count == type.nodes) FailCount(reader, line, type, label, count + 1);
-            nodes[count++] = ReadLabel(reader, fields, "a node label", "LABEL, NODE, NODE, ...");
+            int node = 0;
+            if (fields.ReadInt(node) != Result::Value || node < 1) [[unlikely]] {
+                node = ReadNodeName(translation, reader, fields, nodes);
+            }
+            nodes.labels[count++] = node;
             comma = fields.HadComma();
             ++onLine;
         }
@@ -52,34 +80,54 @@ void ReadNodeLabels(DeckReader& reader, FieldScanner fields, ElementType const& 
     }
 }
 
+ScopedName const& NameOf(NodeNames const& nodes, int i) {
+    return nodes.names[static_cast<std::size_t>(-1 - nodes.labels[i])];
+}
+
 // The place of the first node that is not defined; -1 if all are.
-int FindNodes(LabelTable const& labels, int count, int const* nodes, int* ordinals) {
+int FindNodes(Translation& translation, LabelTable const& labels, int count, NodeNames const& nodes,
+              int* ordinals) {
     int unknown = -1;
     for (int i = count; i-- > 0;) {
-        ordinals[i] = labels.Find(nodes[i]);
+        ordinals[i] = labels.Find(nodes.labels[i]);
+        if (ordinals[i] != LabelTable::None) [[likely]]
+            continue;
+        if (nodes.labels[i] < 0) {
+            ordinals[i] = FindScopedLabel(translation.AllScopes(), translation.Current(),
+                                          kNodeEntity, NameOf(nodes, i));
+        }
         if (ordinals[i] == LabelTable::None) unknown = i;
     }
     return unknown;
+}
+
+[[noreturn]] void FailNode(Translation& translation, DeckReader const& reader, int line, int label,
+                           NodeNames const& nodes, int unknown) {
+    std::string const element = "element " + std::to_string(label);
+    Scope& scope = translation.Current();
+    if (nodes.labels[unknown] >= 0) {
+        reader.FailAt(line, UnknownLabel(scope, kNodeEntity, element, nodes.labels[unknown]));
+    }
+    reader.FailAt(line, element + ": " +
+                            UnknownReference(translation.AllScopes(), scope, kNodeEntity,
+                                             NameOf(nodes, unknown), nullptr));
 }
 
 // The second pass over a block: all labels of elements are known.
 void ReadDeferredElements(Translation& translation, DeckReader& reader, ElementType const& type) {
     ModelWriter& model = translation.Model();
     TypeElements& elements = model.Elements(type);
-    int nodes[kMostNodes];
+    LabelTable const& nodeLabels = translation.Current().nodeLabels;
+    NodeNames nodes;
     int ordinals[kMostNodes];
     for (long lines = 1; reader.NextData(); ++lines) {
         int const line = reader.LineNumber();
         FieldScanner fields(reader.Line(), reader.LineEnd());
         int const label = ReadLabel(reader, fields, "an element label", "LABEL, NODE, NODE, ...");
-        ReadNodeLabels(reader, fields, type, label, nodes);
-        int const unknown = FindNodes(translation.NodeLabels(), type.nodes, nodes, ordinals);
-        if (unknown >= 0) {
-            reader.FailAt(line, "element " + std::to_string(label) + " names node " +
-                                    std::to_string(nodes[unknown]) +
-                                    ", which is not defined; expected nodes of the deck");
-        }
-        int const ordinal = translation.ElementLabels().Find(label);
+        ReadNodeLabels(translation, reader, fields, type, label, nodes);
+        int const unknown = FindNodes(translation, nodeLabels, type.nodes, nodes, ordinals);
+        if (unknown >= 0) FailNode(translation, reader, line, label, nodes, unknown);
+        int const ordinal = translation.Current().elementLabels.Find(label);
         if (ordinal == LabelTable::None) {
             reader.FailAt(line, "the file has changed while it was read; expected the same lines");
         }
@@ -100,15 +148,17 @@ void ReadElements(Translation& translation, DeckReader& reader, KeywordLine cons
     }
     ElementType const& type = *found;
     NamedSet* const set = parameters.Has("elset")
-                              ? &translation.ElementSets().FindOrMake(parameters.Value("elset"))
+                              ? &translation.MakeSet(kElementEntity, parameters.Value("elset"),
+                                                     false, reader, line.line)
                               : nullptr;
 
     ModelWriter& model = translation.Model();
-    LabelTable& labels = translation.ElementLabels();
+    LabelTable& labels = translation.Current().elementLabels;
+    LabelTable const& nodeLabels = translation.Current().nodeLabels;
     TypeElements& elements = model.Elements(type);
     int const first = model.ElementCount();
     bool deferred = false;
-    int nodes[kMostNodes];
+    NodeNames nodes;
     int ordinals[kMostNodes];
     for (long lines = 1; reader.NextData(); ++lines) {
         DeckPlace const place = reader.Place();
@@ -118,10 +168,10 @@ void ReadElements(Translation& translation, DeckReader& reader, KeywordLine cons
             reader.Fail("element " + std::to_string(label) +
                         " is defined a second time; expected each label once");
         }
-        ReadNodeLabels(reader, fields, type, label, nodes);
+        ReadNodeLabels(translation, reader, fields, type, label, nodes);
         int const ordinal = model.NewElement();
         if (!deferred) {
-            if (FindNodes(translation.NodeLabels(), type.nodes, nodes, ordinals) < 0) {
+            if (FindNodes(translation, nodeLabels, type.nodes, nodes, ordinals) < 0) {
                 model.SetNodes(elements, ordinal, ordinals);
             } else {
                 deferred = true;

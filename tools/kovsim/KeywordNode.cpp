@@ -57,7 +57,13 @@ void PassNormal(Translation& translation, DeckReader const& reader, FieldScanner
             FailNumber(reader, fields, result, "a direction cosine");
         }
     }
-    ++translation.Summary().notes["nodes with a normal, which was not kept"];
+    translation.Note("nodes with a normal, which was not kept");
+}
+
+[[noreturn]] void FailPlaced(DeckReader const& reader, int label) {
+    reader.Fail("node " + std::to_string(label) +
+                " lies beyond the range of numbers where its instance is placed; expected smaller "
+                "coordinates");
 }
 
 }  // namespace
@@ -65,12 +71,15 @@ void PassNormal(Translation& translation, DeckReader const& reader, FieldScanner
 void ReadNodes(Translation& translation, DeckReader& reader, KeywordLine const& line) {
     KeywordParameters const parameters(reader, line, {"nset", "system"});
     char const system = ReadSystem(reader, line, parameters);
-    NamedSet* const set = parameters.Has("nset")
-                              ? &translation.NodeSets().FindOrMake(parameters.Value("nset"))
-                              : nullptr;
+    NamedSet* const set =
+        parameters.Has("nset")
+            ? &translation.MakeSet(kNodeEntity, parameters.Value("nset"), false, reader, line.line)
+            : nullptr;
 
     ModelWriter& model = translation.Model();
-    LabelTable& labels = translation.NodeLabels();
+    LabelTable& labels = translation.Current().nodeLabels;
+    Placing const* const placing =
+        translation.Current().placing.MovesNothing() ? nullptr : &translation.Current().placing;
     int const first = model.NodeCount();
     for (long lines = 1; reader.NextData(); ++lines) {
         FieldScanner fields(reader.Line(), reader.LineEnd());
@@ -84,6 +93,7 @@ void ReadNodes(Translation& translation, DeckReader& reader, KeywordLine const& 
         }
         if (!fields.AtEnd()) PassNormal(translation, reader, fields);
         if (system != 'r') ToRectangular(system, xyz);
+        if (placing != nullptr && !placing->Apply(xyz)) FailPlaced(reader, label);
 
         if (labels.Insert(label, model.NodeCount())) {
             model.AddNode(xyz);

@@ -1,5 +1,10 @@
-// *NSET, NSET=name [, GENERATE]          *ELSET, ELSET=name [, GENERATE]
-//   label or name of a set, ...            with GENERATE: first, last [, increment]
+// *NSET, NSET=name [, GENERATE] [, INSTANCE=name] [, INTERNAL]
+// *ELSET, ELSET=name [, GENERATE] [, INSTANCE=name] [, INTERNAL]
+//   label or name of a set, ...
+//   with GENERATE: first, last [, increment]
+//
+// On assembly level members of an instance are `instance.label` and `instance.set`, or plain ones
+// with INSTANCE.
 //
 // A set may be built by several keywords. A set that is named as a member gives the members that it
 // has at that point; one that is defined only further on gives all its members.
@@ -7,39 +12,23 @@
 #include "DataFields.h"
 #include "Keywords.h"
 #include "Names.h"
+#include "References.h"
 
 namespace kov::tool {
 namespace {
 
 using Result = FieldScanner::Result;
 
-// What differs between sets of nodes and sets of elements.
-struct SetKind {
-    char const* entity;  ///< "node"
-    char const* label;   ///< "a node label"
-    SetTable& (Translation::*sets)();
-    LabelTable& (Translation::*labels)();
-    void (Translation::*add)(NamedSet*, int, int, int);
-    void (Translation::*join)(NamedSet&, NamedSet const&);
-};
-
-constexpr SetKind kNodes = {"node",
-                            "a node label",
-                            &Translation::NodeSets,
-                            &Translation::NodeLabels,
-                            &Translation::AddNodes,
-                            &Translation::JoinNodeSet};
-constexpr SetKind kElements = {"element",
-                               "an element label",
-                               &Translation::ElementSets,
-                               &Translation::ElementLabels,
-                               &Translation::AddElements,
-                               &Translation::JoinElementSet};
-
 class MemberReader {
   public:
-    MemberReader(Translation& translation, SetKind const& kind, NamedSet& set, bool generate)
-        : m_translation(translation), m_kind(kind), m_set(set), m_generate(generate) {}
+    /// `from`: the scope whose labels and sets the members are.
+    MemberReader(Translation& translation, Entity const& kind, NamedSet& set, Scope& from,
+                 bool generate)
+        : m_translation(translation),
+          m_kind(kind),
+          m_set(set),
+          m_from(from),
+          m_generate(generate) {}
 
     void Read(DeckReader& reader) {
         for (long lines = 1; reader.NextData(); ++lines) {
@@ -58,17 +47,16 @@ class MemberReader {
     void DeferFrom(DeckReader& reader) {
         Translation& translation = m_translation;
         translation.Defer(reader, reader.Place(), &m_set,
-                          [&kind = m_kind, &set = m_set, generate = m_generate](Translation& again,
-                                                                                DeckReader& from) {
-                              MemberReader(again, kind, set, generate).Read(from);
+                          [&kind = m_kind, &set = m_set, &scope = m_from, generate = m_generate](
+                              Translation& again, DeckReader& from) {
+                              MemberReader(again, kind, set, scope, generate).Read(from);
                           });
         reader.SkipToKeyword();
     }
 
     [[noreturn]] void FailUnknown(DeckReader const& reader, int label) const {
-        reader.Fail(std::string(m_kind.entity) + " set '" + Shown(m_set.name) + "' names " +
-                    m_kind.entity + " " + std::to_string(label) +
-                    ", which is not defined; expected " + m_kind.entity + "s of the deck");
+        reader.Fail(UnknownLabel(
+            m_from, m_kind, std::string(m_kind.name) + " set '" + Shown(m_set.name) + "'", label));
     }
 
     // All of these answer false if something is not known yet in the first pass.
@@ -92,10 +80,11 @@ class MemberReader {
         }
         // A run of labels gives ordinals that go up by the increment too; single ones stand for
         // themselves.
-        int const unknown = (m_translation.*m_kind.labels)().ForRange(
-            first, last, increment, [this, increment](int ordinal, int count) {
-                (m_translation.*m_kind.add)(&m_set, ordinal, count, count == 1 ? 1 : increment);
-            });
+        int const unknown =
+            (m_from.*m_kind.labels)
+                .ForRange(first, last, increment, [this, increment](int ordinal, int count) {
+                    m_translation.Add(m_kind, m_set, ordinal, count, count == 1 ? 1 : increment);
+                });
         return unknown == 0 || Unknown(reader, unknown);
     }
 
@@ -112,55 +101,78 @@ class MemberReader {
             if (result == Result::TooLarge || label < 1) {
                 FailLabel(reader, fields, result, m_kind.label, "labels or names of sets");
             }
-            int const ordinal = (m_translation.*m_kind.labels)().Find(label);
+            int const ordinal = (m_from.*m_kind.labels).Find(label);
             if (ordinal == LabelTable::None) return Unknown(reader, label);
-            (m_translation.*m_kind.add)(&m_set, ordinal, 1, 1);
+            m_translation.Add(m_kind, m_set, ordinal, 1, 1);
         }
         return true;
     }
 
     bool AddSet(DeckReader const& reader, FieldScanner& fields) {
-        fields.Again();
-        if (!fields.ReadText(m_name)) reader.Fail("the quotes of a set's name are not closed");
-        NamedSet* const other = (m_translation.*m_kind.sets)().Find(m_name);
+        if (!m_name.Read(fields)) reader.Fail("the quotes of a set's name are not closed");
+        Reference const found = FindReference(m_translation.AllScopes(), m_from, m_kind, m_name);
+        if (found.ordinal != LabelTable::None) {
+            m_translation.Add(m_kind, m_set, found.ordinal, 1, 1);
+            return true;
+        }
+        NamedSet* const other = found.set;
         if (other == nullptr || (!other->deferred.empty() && !IsSecond())) {
             if (!IsSecond()) return false;
-            reader.Fail("'" + Shown(m_name) + "' is neither " + m_kind.label +
-                        " nor the name of a set; expected " + m_kind.entity + "s or " +
-                        m_kind.entity + " sets of the deck");
+            reader.Fail(
+                UnknownReference(m_translation.AllScopes(), m_from, m_kind, m_name, &m_set));
         }
         if (other == &m_set) return true;
         if (other->resolving || !other->deferred.empty()) m_translation.Resolve(*other, reader);
-        (m_translation.*m_kind.join)(m_set, *other);
+        m_translation.Join(m_kind, m_set, *other);
         return true;
     }
 
     Translation& m_translation;
-    SetKind const& m_kind;
+    Entity const& m_kind;
     NamedSet& m_set;
+    Scope& m_from;
     bool m_generate;
-    std::string m_name;
+    ScopedName m_name;
 };
 
-void ReadSet(Translation& translation, DeckReader& reader, KeywordLine const& line,
-             SetKind const& kind, char const* nameKey) {
-    KeywordParameters const parameters(reader, line, {nameKey, "generate", "internal", "unsorted"});
-    std::string const name = parameters.Required(nameKey);
-    if (parameters.Has("unsorted")) {
-        ++translation.Summary().notes["UNSORTED sets, whose order was not kept"];
+// The scope that INSTANCE= names; the current one without it.
+Scope& MemberScope(Translation& translation, DeckReader const& reader, KeywordLine const& line,
+                   KeywordParameters const& parameters) {
+    Scope& current = translation.Current();
+    if (!parameters.Has("instance")) return current;
+    std::string const name = parameters.Value("instance");
+    if (!current.IsRoot()) {
+        reader.FailAt(line.line, "INSTANCE=" + Shown(name) + " within instance '" +
+                                     Shown(current.name) + "'; expected it on assembly level");
     }
-    NamedSet& set = (translation.*kind.sets)().FindOrMake(name);
-    MemberReader(translation, kind, set, parameters.Has("generate")).Read(reader);
+    Scope* const instance = translation.AllScopes().FindInstance(name);
+    if (instance == nullptr) {
+        reader.FailAt(line.line, UnknownInstance(translation.AllScopes(), name));
+    }
+    return *instance;
+}
+
+void ReadSet(Translation& translation, DeckReader& reader, KeywordLine const& line,
+             Entity const& kind, char const* nameKey) {
+    KeywordParameters const parameters(reader, line,
+                                       {nameKey, "generate", "instance", "internal", "unsorted"});
+    std::string const name = parameters.Required(nameKey);
+    Scope& from = MemberScope(translation, reader, line, parameters);
+    if (parameters.Has("unsorted")) {
+        translation.Note("UNSORTED sets, whose order was not kept");
+    }
+    NamedSet& set = translation.MakeSet(kind, name, parameters.Has("internal"), reader, line.line);
+    MemberReader(translation, kind, set, from, parameters.Has("generate")).Read(reader);
 }
 
 }  // namespace
 
 void ReadNodeSet(Translation& translation, DeckReader& reader, KeywordLine const& line) {
-    ReadSet(translation, reader, line, kNodes, "nset");
+    ReadSet(translation, reader, line, kNodeEntity, "nset");
 }
 
 void ReadElementSet(Translation& translation, DeckReader& reader, KeywordLine const& line) {
-    ReadSet(translation, reader, line, kElements, "elset");
+    ReadSet(translation, reader, line, kElementEntity, "elset");
 }
 
 }  // namespace kov::tool

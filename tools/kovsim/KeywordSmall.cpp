@@ -19,6 +19,7 @@ void ReadHeading(Translation& translation, DeckReader& reader, KeywordLine const
     while (reader.NextData()) {
         char const* end = reader.LineEnd();
         while (end > reader.Line() && (FieldScanner::IsBlank(end[-1]) || end[-1] == '\n')) --end;
+        if (!translation.Current().IsRoot()) continue;
         if (!heading.empty()) heading += '\n';
         heading.append(reader.Line(), end);
         if (heading.size() > kLongestHeading) {

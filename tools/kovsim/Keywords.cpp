@@ -16,9 +16,12 @@ void Call(KOVString const&, KOVSrvKeywordParser::Parameters const&, KOVSrvKeywor
 }
 
 constexpr KeywordEntry kKeywords[] = {
-    {"heading", &Call<ReadHeading>},  {"node", &Call<ReadNodes>},
-    {"element", &Call<ReadElements>}, {"nset", &Call<ReadNodeSet>},
-    {"elset", &Call<ReadElementSet>}, {"include", &Call<ReadInclude>},
+    {"heading", &Call<ReadHeading>},   {"node", &Call<ReadNodes>},
+    {"element", &Call<ReadElements>},  {"nset", &Call<ReadNodeSet>},
+    {"elset", &Call<ReadElementSet>},  {"include", &Call<ReadInclude>},
+    {"part", &Call<ReadPart>},         {"endpart", &Call<ReadEndPart>},
+    {"assembly", &Call<ReadAssembly>}, {"endassembly", &Call<ReadEndAssembly>},
+    {"instance", &Call<ReadInstance>}, {"endinstance", &Call<ReadEndInstance>},
 };
 
 std::string UpperCase(std::string text) {
@@ -29,6 +32,11 @@ std::string UpperCase(std::string text) {
 }
 
 }  // namespace
+
+void UnknownKeyword(KOVString const&, KOVSrvKeywordParser::Parameters const&, KOVSrvKeywordParser&,
+                    void*) {}
+void AmbiguousKeyword(KOVString const&, KOVSrvKeywordParser::Parameters const&,
+                      KOVSrvKeywordParser&, void*) {}
 
 std::span<KeywordEntry const> KeywordTable() { return kKeywords; }
 

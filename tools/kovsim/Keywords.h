@@ -22,6 +22,12 @@ struct KeywordEntry {
 };
 std::span<KeywordEntry const> KeywordTable();
 
+/// Stand for keywords without a class of their own, and for those that fit several; never called.
+void UnknownKeyword(KOVString const&, KOVSrvKeywordParser::Parameters const&, KOVSrvKeywordParser&,
+                    void*);
+void AmbiguousKeyword(KOVString const&, KOVSrvKeywordParser::Parameters const&,
+                      KOVSrvKeywordParser&, void*);
+
 /// What a callback finds behind the parser's user pointer.
 struct KeywordCall {
     Translation& translation;
@@ -62,6 +68,15 @@ void ReadElements(Translation& translation, DeckReader& reader, KeywordLine cons
 void ReadNodeSet(Translation& translation, DeckReader& reader, KeywordLine const& line);
 void ReadElementSet(Translation& translation, DeckReader& reader, KeywordLine const& line);
 void ReadInclude(Translation& translation, DeckReader& reader, KeywordLine const& line);
+void ReadPart(Translation& translation, DeckReader& reader, KeywordLine const& line);
+void ReadEndPart(Translation& translation, DeckReader& reader, KeywordLine const& line);
+void ReadAssembly(Translation& translation, DeckReader& reader, KeywordLine const& line);
+void ReadEndAssembly(Translation& translation, DeckReader& reader, KeywordLine const& line);
+void ReadInstance(Translation& translation, DeckReader& reader, KeywordLine const& line);
+void ReadEndInstance(Translation& translation, DeckReader& reader, KeywordLine const& line);
+
+/// At the end of the deck: throws if an assembly or an instance is open.
+void CheckEnds(Translation& translation);
 
 /// Throws if a data line comes next.
 void RefuseData(DeckReader& reader, KeywordLine const& line);

@@ -13,10 +13,24 @@ int LabelTable::FindInList(Page const& page, unsigned at) {
                                         : None;
 }
 
+LabelTable::Page& LabelTable::MakePage(int label) {
+    unsigned const page = static_cast<unsigned>(label) >> kPageBits;
+    unsigned const at = page % kChunkPages;
+    if (page / kChunkPages >= m_chunks.size()) m_chunks.resize(page / kChunkPages + 1);
+    Chunk& chunk = m_chunks[page / kChunkPages];
+    if (at >= chunk.size) {
+        unsigned const size = std::min(kChunkPages, std::max(at + 1, 2 * chunk.size));
+        auto pages = std::make_unique<Page[]>(size);
+        std::move(chunk.pages.get(), chunk.pages.get() + chunk.size, pages.get());
+        chunk.pages = std::move(pages);
+        chunk.size = size;
+    }
+    return chunk.pages[at];
+}
+
 bool LabelTable::Insert(int label, int ordinal) {
-    unsigned const chunk = static_cast<unsigned>(label) >> (kPageBits + 10);
-    if (m_chunks[chunk] == nullptr) m_chunks[chunk] = std::make_unique<Page[]>(kChunkPages);
-    Page& page = m_chunks[chunk][PageOf(label)];
+    Page* const found = const_cast<Page*>(PageOf(label));
+    Page& page = found != nullptr ? *found : MakePage(label);
     unsigned const at = OffsetOf(label);
     bool inserted;
     if (page.ordinals == nullptr) {
@@ -109,15 +123,34 @@ void LabelTable::MakeArray(Page& page) {
     page.capacity = 0;
 }
 
+int LabelTable::LabelOf(int ordinal) const {
+    for (unsigned chunk = 0; chunk < m_chunks.size(); ++chunk) {
+        for (unsigned p = 0; p < m_chunks[chunk].size; ++p) {
+            Page const& page = m_chunks[chunk].pages[p];
+            auto const start = static_cast<int>((chunk * kChunkPages + p) << kPageBits);
+            if (page.ordinals == nullptr) {
+                auto const behind = static_cast<unsigned>(ordinal - page.base);
+                if (behind < page.count) return start + page.first + static_cast<int>(behind);
+                continue;
+            }
+            unsigned const count = page.offsets == nullptr ? kPageSize : page.count;
+            for (unsigned i = 0; i < count; ++i) {
+                if (page.ordinals[i] != ordinal) continue;
+                return start + static_cast<int>(page.offsets == nullptr ? i : page.offsets[i]);
+            }
+        }
+    }
+    return 0;
+}
+
 void LabelTable::MoveTo(KOVBasVector<int>& labels, KOVBasVector<int>& ordinals) {
     labels = KOVBasVector<int>();
     ordinals = KOVBasVector<int>();
     labels.Reserve(m_size);
     ordinals.Reserve(m_size);
-    for (unsigned chunk = 0; chunk < kChunks; ++chunk) {
-        if (m_chunks[chunk] == nullptr) continue;
-        for (unsigned p = 0; p < kChunkPages; ++p) {
-            Page const page = std::move(m_chunks[chunk][p]);
+    for (unsigned chunk = 0; chunk < m_chunks.size(); ++chunk) {
+        for (unsigned p = 0; p < m_chunks[chunk].size; ++p) {
+            Page const page = std::move(m_chunks[chunk].pages[p]);
             unsigned const start = ((chunk * kChunkPages) + p) << kPageBits;
             auto const add = [&](unsigned at, int ordinal) {
                 labels.PushBack(static_cast<int>(start + at));
@@ -135,8 +168,9 @@ void LabelTable::MoveTo(KOVBasVector<int>& labels, KOVBasVector<int>& ordinals) 
                 }
             }
         }
-        m_chunks[chunk].reset();
+        m_chunks[chunk] = Chunk();
     }
+    std::vector<Chunk>().swap(m_chunks);
     m_size = 0;
 }
 

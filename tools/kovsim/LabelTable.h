@@ -8,9 +8,9 @@
 // that is there twice until it is too late to name its line.
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <memory>
+#include <vector>
 
 #include "KOVBasVector.h"
 
@@ -23,9 +23,9 @@ class LabelTable {
 
     /// The ordinal of a label; None if it is not there. Any int may be asked.
     int Find(int label) const {
-        Page const* const pages = ChunkOf(label);
-        if (pages == nullptr) return None;
-        Page const& page = pages[PageOf(label)];
+        Page const* const found = PageOf(label);
+        if (found == nullptr) return None;
+        Page const& page = *found;
         unsigned const at = OffsetOf(label);
         if (page.ordinals == nullptr) {
             unsigned const behind = at - page.first;
@@ -46,6 +46,9 @@ class LabelTable {
     template <class F>
     int ForRange(int first, int last, int stride, F&& f) const;
 
+    /// The label that has an ordinal; 0 if none has. Walks the whole table: for messages.
+    int LabelOf(int ordinal) const;
+
     /// Moves everything into two arrays by ascending label, `labels` and their `ordinals`, freeing
     /// the table on the way: the memory never holds both.
     void MoveTo(KOVBasVector<int>& labels, KOVBasVector<int>& ordinals);
@@ -54,7 +57,6 @@ class LabelTable {
     static constexpr unsigned kPageBits = 12;
     static constexpr unsigned kPageSize = 1U << kPageBits;
     static constexpr unsigned kChunkPages = 1024;
-    static constexpr unsigned kChunks = 1U << (31 - kPageBits - 10);
     // Beyond this many entries an array of ordinals is smaller than a list of offsets and ordinals.
     static constexpr unsigned kMostInList = kPageSize * 4 / 6;
 
@@ -70,14 +72,22 @@ class LabelTable {
         std::uint16_t capacity = 0;
     };
 
-    static unsigned PageOf(int label) {
-        return (static_cast<unsigned>(label) >> kPageBits) % kChunkPages;
-    }
+    // A group of pages that follow each other, as many as its highest label asks for, so that the
+    // table of a small instance is small.
+    struct Chunk {
+        std::unique_ptr<Page[]> pages;
+        unsigned size = 0;
+    };
+
     static unsigned OffsetOf(int label) { return static_cast<unsigned>(label) % kPageSize; }
-    Page const* ChunkOf(int label) const {
-        unsigned const chunk = static_cast<unsigned>(label) >> (kPageBits + 10);
-        return chunk < kChunks ? m_chunks[chunk].get() : nullptr;
+    Page const* PageOf(int label) const {
+        unsigned const page = static_cast<unsigned>(label) >> kPageBits;
+        unsigned const chunk = page / kChunkPages;
+        if (chunk >= m_chunks.size()) return nullptr;
+        Chunk const& pages = m_chunks[chunk];
+        return page % kChunkPages < pages.size ? &pages.pages[page % kChunkPages] : nullptr;
     }
+    Page& MakePage(int label);
 
     static int FindInList(Page const& page, unsigned at);
     static bool InsertIntoRun(Page& page, unsigned at, int ordinal);
@@ -85,7 +95,7 @@ class LabelTable {
     static void GrowList(Page& page, unsigned capacity);
     static void MakeArray(Page& page);
 
-    std::array<std::unique_ptr<Page[]>, kChunks> m_chunks;
+    std::vector<Chunk> m_chunks;
     int m_size = 0;
 };
 
@@ -93,9 +103,9 @@ template <class F>
 int LabelTable::ForRange(int first, int last, int stride, F&& f) const {
     long long label = first;
     while (label <= last) {
-        Page const* const pages = ChunkOf(static_cast<int>(label));
-        if (pages == nullptr) return static_cast<int>(label);
-        Page const& page = pages[PageOf(static_cast<int>(label))];
+        Page const* const found = PageOf(static_cast<int>(label));
+        if (found == nullptr) return static_cast<int>(label);
+        Page const& page = *found;
         unsigned const at = OffsetOf(static_cast<int>(label));
         if (page.ordinals != nullptr) {
             int const ordinal = Find(static_cast<int>(label));

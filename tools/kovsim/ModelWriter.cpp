@@ -5,7 +5,6 @@
 
 #include "Conventions.h"
 #include "Interrupt.h"
-#include "KOVObjLabeler.h"
 #include "KOVSimCtation.h"
 #include "KOVSimDSet.h"
 #include "KOVSimDataRecord.h"
@@ -154,38 +153,14 @@ void ModelWriter::WriteAssignment() {
     m_mesh.SetElementSpecAssignment(KOVSimPosition(assignment));
 }
 
-void ModelWriter::WriteSets(SetTable& sets, int map, KOVSimCollection& collection) {
-    KOVSimMap const named = m_document.GetModel().GetMap(map);
-    int written = 0;
-    for (NamedSet& set : sets.Sets()) {
-        if (++written % 1000 == 0) ThrowIfInterrupted();
-        named.Insert(ToKOVString(set.name), KOVSimPosition(set.members.Store(collection)));
-        set.members = SetMembers();
-    }
-}
-
-void ModelWriter::Finish(std::string const& heading, SetTable& nodeSets, SetTable& elementSets,
-                         LabelTable& nodeLabels, LabelTable& elementLabels) {
+void ModelWriter::Finish(std::string const& heading) {
     WriteNodes();
     WriteAllElements();
     std::vector<double>().swap(m_coordinates);
     m_mesh.SetUserNodes(KOVSimPosition(NodeCollection().CreateCSetStrided(0, m_nodes, 1, 1)));
     WriteAssignment();
-    WriteSets(nodeSets, schema::Model_nodeSets(), NodeCollection());
-    WriteSets(elementSets, schema::Model_elementSets(), ElementCollection());
     if (!heading.empty()) {
         m_document.GetModel().GetDataRecord().SetString(kHeadingField, ToKOVString(heading));
-    }
-    for (auto const type : {KOVObjLabelerNodes, KOVObjLabelerElements}) {
-        ThrowIfInterrupted();
-        LabelTable& table = type == KOVObjLabelerNodes ? nodeLabels : elementLabels;
-        if (table.Size() == 0) continue;
-        KOVBasVector<int> labels;
-        KOVBasVector<int> ordinals;
-        table.MoveTo(labels, ordinals);
-        KOVObjLabeler labeler(m_document, type);
-        labeler.Read();
-        labeler.SetInstance(KOVString(), labels, ordinals);
     }
     ThrowIfInterrupted();
 }

@@ -16,8 +16,7 @@
 #include "KOVSimTransaction.h"
 #include "KOVSrvElementConnectivity.h"
 #include "KOVSrvNodalCoordinates.h"
-#include "LabelTable.h"
-#include "SetTable.h"
+#include "Scope.h"
 
 namespace kov::tool {
 
@@ -62,18 +61,21 @@ class ModelWriter {
     /// The collections, as large as the ordinals given out so far ask for.
     KOVSimCollection& NodeCollection();
     KOVSimCollection& ElementCollection();
+    KOVSimCollection& Collection(Entity const& entity) {
+        return &entity == &kNodeEntity ? NodeCollection() : ElementCollection();
+    }
 
-    /// Writes what is left, the element specification assignment, the sets and the labels, which
-    /// are taken out of their tables. `heading` may be empty.
-    void Finish(std::string const& heading, SetTable& nodeSets, SetTable& elementSets,
-                LabelTable& nodeLabels, LabelTable& elementLabels);
+    KOVObjDocument const& Document() const { return m_document; }
+
+    /// Writes what is left of the mesh, and the element specification assignment. `heading` may be
+    /// empty.
+    void Finish(std::string const& heading);
 
   private:
     void WriteNodes();
     void WriteElements(TypeElements& elements);
     void WriteAllElements();
     void WriteAssignment();
-    void WriteSets(SetTable& sets, int map, KOVSimCollection& collection);
 
     KOVObjDocument m_document;
     KOVSimTransaction& m_transaction;

@@ -50,7 +50,9 @@ int BoundedDistance(std::string_view a, std::string_view b, int most, std::vecto
 
 NearestSearch::NearestSearch(std::string_view wanted)
     : m_wanted(LowerCase(wanted.substr(0, kLongest))),
-      m_most(std::max(1, std::min(8, static_cast<int>(m_wanted.size()) / 3))) {}
+      m_most(m_wanted.size() < 2
+                 ? 0
+                 : std::max(1, std::min(8, static_cast<int>(m_wanted.size()) / 3))) {}
 
 void NearestSearch::Look(std::string_view name) {
     m_lower = LowerCase(name.substr(0, kLongest));

@@ -177,6 +177,18 @@ NamedSet& SetTable::FindOrMake(std::string_view name) {
     return *set;
 }
 
+void SetPool::Count(SetTable& table, std::size_t runs) {
+    if (table.m_runs == 0) m_tables.push_back(&table);
+    table.m_runs += runs;
+    m_runs += runs;
+}
+
+void SetPool::FoldAll(KOVSimCollection const& collection) {
+    for (SetTable* const table : m_tables) table->FoldAll(collection);
+    m_tables.clear();
+    m_runs = 0;
+}
+
 void SetTable::FoldAll(KOVSimCollection const& collection) {
     for (NamedSet& set : m_sets) {
         if (set.members.Runs() > 0) set.members.Fold(collection);

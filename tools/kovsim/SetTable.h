@@ -15,6 +15,7 @@
 #include <vector>
 
 #include "KOVSimCSet.h"
+#include "KOVSimCSetIterator.h"
 #include "KOVSimCollection.h"
 
 namespace kov::tool {
@@ -40,6 +41,9 @@ class SetMembers {
 
     /// Runs that are not folded.
     std::size_t Runs() const { return m_runs.size(); }
+    /// Calls f(first, count, stride) for runs that together are all members; some may come twice.
+    template <class F>
+    void ForRuns(F&& f) const;
     /// Packs what was gathered. The members must lie inside the collection.
     void Fold(KOVSimCollection const& collection);
     /// A stored set of all members; in a transaction.
@@ -68,14 +72,40 @@ struct NamedSet {
         deferred;  ///< numbers of the blocks of members that wait for the second pass
     bool resolving =
         false;  ///< such a block is being read: a reference to the set leads back to itself
+    bool internal = false;  ///< marked so by all keywords that built it
+};
+
+class SetTable;
+
+/// What several tables of sets of one collection share: the runs that all of them may hold before
+/// these are packed.
+class SetPool {
+  public:
+    // 3 MB over all sets, and as much again while they grow.
+    static constexpr std::size_t kMostRuns = 250'000;
+
+    void Count(SetTable& table, std::size_t runs);
+    bool IsFull() const { return m_runs > kMostRuns; }
+    void FoldAll(KOVSimCollection const& collection);
+
+  private:
+    std::size_t m_runs = 0;
+    std::vector<SetTable*> m_tables;  ///< those that hold runs
 };
 
 class SetTable {
   public:
+    /// `pool` outlives the table.
+    explicit SetTable(SetPool& pool) : m_pool(pool) {}
+    SetTable(SetTable const&) = delete;
+    SetTable& operator=(SetTable const&) = delete;
+
     /// The set of that name; null if there is none.
     NamedSet* Find(std::string_view name);
     /// The same, made if there is none.
     NamedSet& FindOrMake(std::string_view name);
+    /// A further set, which no name finds.
+    NamedSet& MakeUnnamed() { return m_sets.emplace_back(); }
 
     /// Adds members to a set, in bounded memory over all sets: `collection` holds all ordinals
     /// given so far.
@@ -83,16 +113,14 @@ class SetTable {
     void Add(NamedSet& set, int first, int count, int stride, Collection&& collection) {
         std::size_t const before = set.members.Runs();
         set.members.Add(first, count, stride);
-        m_runs += set.members.Runs() - before;
-        if (m_runs > kMostRuns) FoldAll(collection());
+        CountRuns(set.members.Runs() - before, collection);
     }
     /// Adds all members of one set to another.
     template <class Collection>
     void Join(NamedSet& set, NamedSet const& other, Collection&& collection) {
         std::size_t const before = set.members.Runs();
         set.members.Add(other.members);
-        m_runs += set.members.Runs() - before;
-        if (m_runs > kMostRuns) FoldAll(collection());
+        CountRuns(set.members.Runs() - before, collection);
     }
 
     std::size_t Size() const { return m_sets.size(); }
@@ -101,14 +129,29 @@ class SetTable {
     std::deque<NamedSet> const& Sets() const { return m_sets; }
 
   private:
-    // 3 MB over all sets, and as much again while they grow.
-    static constexpr std::size_t kMostRuns = 250'000;
+    friend class SetPool;
 
+    template <class Collection>
+    void CountRuns(std::size_t runs, Collection&& collection) {
+        if (runs == 0) return;
+        m_pool.Count(*this, runs);
+        if (m_pool.IsFull()) m_pool.FoldAll(collection());
+    }
     void FoldAll(KOVSimCollection const& collection);
 
+    SetPool& m_pool;
     std::deque<NamedSet> m_sets;
     std::unordered_map<std::string, NamedSet*> m_byName;  ///< key: the name in lower case
-    std::size_t m_runs = 0;
+    std::size_t m_runs = 0;                               ///< since they were packed last
 };
+
+template <class F>
+void SetMembers::ForRuns(F&& f) const {
+    for (OrdinalRun const& run : m_runs) f(run.first, run.count, run.stride);
+    for (Span const& span : Unpack()) f(span.first, span.last - span.first + 1, 1);
+    if (m_scattered == nullptr) return;
+    KOVSimCSetIterator at(*m_scattered);
+    for (at.First(); !at.IsDone(); at.Next()) f(at.CurrentValue(), 1, 1);
+}
 
 }  // namespace kov::tool

@@ -8,6 +8,7 @@
 #include "Interrupt.h"
 #include "Keywords.h"
 #include "Names.h"
+#include "ScopeWriter.h"
 
 namespace kov::tool {
 namespace {
@@ -15,11 +16,7 @@ namespace {
 // Each file that is open costs a descriptor and a stream buffer.
 constexpr std::size_t kDeepest = 64;
 
-// Stand for keywords without a class of their own; never called.
-void Unknown(KOVString const&, KOVSrvKeywordParser::Parameters const&, KOVSrvKeywordParser&,
-             void*) {}
-void Ambiguous(KOVString const&, KOVSrvKeywordParser::Parameters const&, KOVSrvKeywordParser&,
-               void*) {}
+constexpr char kChanged[] = "the file has changed while it was read; expected the same lines";
 
 }  // namespace
 
@@ -39,8 +36,10 @@ TranslationSummary Translation::Run(std::string const& deck) {
         throw Failure(deck + ": " + error.what());
     }
     m_open.clear();
+    CheckEnds(*this);
     m_pass = Pass::Second;
     for (std::size_t i = 0; i < m_deferred.size(); ++i) ReadDeferred(m_deferred[i]);
+    m_scope = &m_scopes.Root();
     m_repeats.Check(m_model);
 
     m_summary.nodes = m_model.NodeCount();
@@ -48,20 +47,32 @@ TranslationSummary Translation::Run(std::string const& deck) {
     for (TypeElements const& elements : m_model.Types()) {
         m_summary.types.push_back({std::string(elements.type->name), elements.count});
     }
-    m_summary.nodeSets = m_nodeSets.Size();
-    m_summary.elementSets = m_elementSets.Size();
-    m_model.Finish(m_heading, m_nodeSets, m_elementSets, m_nodeLabels, m_elementLabels);
+    for (Scope const& scope : m_scopes.All()) {
+        m_summary.nodeSets += scope.nodeSets.Size();
+        m_summary.elementSets += scope.elementSets.Size();
+    }
+    m_summary.parts = m_assembly.parts.size();
+    m_summary.instances = m_scopes.All().size() - 1;
+    for (Part const& part : m_assembly.parts) {
+        if (part.instances == 0) ++m_summary.notes["parts without an instance, which gave nothing"];
+    }
+    m_model.Finish(m_heading);
+    WriteScopes(m_model, m_scopes);
     return m_summary;
+}
+
+void Translation::Register(DeckReader& reader) {
+    for (KeywordEntry const& entry : KeywordTable()) {
+        reader.Parser().Register(KOVString(entry.name), entry.callback);
+    }
+    reader.Parser().RegisterUnknownKeywordCallback(&UnknownKeyword);
+    reader.Parser().RegisterAmbiguousKeywordCallback(&AmbiguousKeyword);
 }
 
 void Translation::ReadFile(std::string const& path) {
     DeckReader reader(m_files, path, {}, nullptr);
-    ++m_summary.files;
-    for (KeywordEntry const& entry : KeywordTable()) {
-        reader.Parser().Register(KOVString(entry.name), entry.callback);
-    }
-    reader.Parser().RegisterUnknownKeywordCallback(&Unknown);
-    reader.Parser().RegisterAmbiguousKeywordCallback(&Ambiguous);
+    if (!m_quiet) ++m_summary.files;
+    Register(reader);
     if (reader.NextData()) {
         reader.Fail("a data line before the first keyword; expected a keyword line, such as *NODE");
     }
@@ -70,10 +81,10 @@ void Translation::ReadFile(std::string const& path) {
 
 void Translation::TakeKeyword(DeckReader& reader) {
     KeywordLine keyword;
-    KOVSrvKeywordCallback const callback = reader.TakeKeyword(keyword, &Unknown);
-    if (callback == &Unknown) {
+    KOVSrvKeywordCallback const callback = reader.TakeKeyword(keyword, &UnknownKeyword);
+    if (callback == &UnknownKeyword) {
         NoteUnknown(reader, Plain(keyword.keyword), keyword.line);
-    } else if (callback == &Ambiguous) {
+    } else if (callback == &AmbiguousKeyword) {
         reader.FailAt(keyword.line, "keyword " + ShownKeyword(keyword) +
                                         " fits several; expected one written out");
     } else {
@@ -84,6 +95,7 @@ void Translation::TakeKeyword(DeckReader& reader) {
 }
 
 void Translation::NoteUnknown(DeckReader& reader, std::string const& keyword, int line) {
+    if (m_quiet) return;
     KeywordLine shown;
     shown.keyword = ToKOVString(keyword);
     if (m_options.strict) {
@@ -91,6 +103,38 @@ void Translation::NoteUnknown(DeckReader& reader, std::string const& keyword, in
             line, "keyword " + ShownKeyword(shown) + " is not known; expected known keywords only");
     }
     ++m_summary.unknownKeywords[ShownKeyword(shown)];
+}
+
+void Translation::Note(std::string const& what) {
+    if (!m_quiet) ++m_summary.notes[what];
+}
+
+void Translation::ReadPart(Part& part) {
+    try {
+        m_open.push_back(m_files.Identity(part.path));
+        DeckReader reader(m_files, part.path, part.body, nullptr);
+        Register(reader);
+        m_part = &part;
+        m_body = &reader;
+        m_quiet = part.instances++ > 0;
+        while (m_body != nullptr && reader.SkipToKeyword()) TakeKeyword(reader);
+        if (m_body != nullptr) reader.Fail(kChanged);
+        m_part = nullptr;
+        m_quiet = false;
+        m_open.pop_back();
+    } catch (DeckError const&) {
+        throw;
+    } catch (Interruption const&) {
+        throw;
+    } catch (Failure const& error) {
+        throw Failure(part.path + ": " + error.what());
+    }
+}
+
+bool Translation::EndPart(DeckReader const& reader) {
+    if (m_body != &reader) return false;
+    m_body = nullptr;
+    return true;
 }
 
 void Translation::Include(DeckReader& from, std::string const& path) {
@@ -119,26 +163,48 @@ void Translation::Include(DeckReader& from, std::string const& path) {
     }
 }
 
+void Translation::Add(Entity const& entity, NamedSet& set, int first, int count, int stride) {
+    (m_scope->*entity.sets).Add(set, first, count, stride, [&]() -> KOVSimCollection const& {
+        return m_model.Collection(entity);
+    });
+}
+
 void Translation::AddNodes(NamedSet* set, int first, int count, int stride) {
-    if (set == nullptr) return;
-    m_nodeSets.Add(*set, first, count, stride,
-                   [this]() -> KOVSimCollection const& { return m_model.NodeCollection(); });
+    if (set != nullptr) Add(kNodeEntity, *set, first, count, stride);
 }
 
 void Translation::AddElements(NamedSet* set, int first, int count, int stride) {
-    if (set == nullptr) return;
-    m_elementSets.Add(*set, first, count, stride,
-                      [this]() -> KOVSimCollection const& { return m_model.ElementCollection(); });
+    if (set != nullptr) Add(kElementEntity, *set, first, count, stride);
 }
 
-void Translation::JoinNodeSet(NamedSet& set, NamedSet const& other) {
-    m_nodeSets.Join(set, other,
-                    [this]() -> KOVSimCollection const& { return m_model.NodeCollection(); });
+void Translation::Join(Entity const& entity, NamedSet& set, NamedSet const& other) {
+    (m_scope->*entity.sets).Join(set, other, [&]() -> KOVSimCollection const& {
+        return m_model.Collection(entity);
+    });
 }
 
-void Translation::JoinElementSet(NamedSet& set, NamedSet const& other) {
-    m_elementSets.Join(set, other,
-                       [this]() -> KOVSimCollection const& { return m_model.ElementCollection(); });
+NamedSet& Translation::MakeSet(Entity const& entity, std::string const& name, bool internal,
+                               DeckReader const& reader, int line) {
+    SetTable& sets = m_scope->*entity.sets;
+    NamedSet* const found = sets.Find(name);
+    if (found != nullptr) {
+        found->internal = found->internal && internal;
+        return *found;
+    }
+    std::string const same = m_scopes.SameKey(
+        *m_scope, name, [&entity](Scope& scope, std::string_view other) -> std::string const* {
+            NamedSet const* const set = (scope.*entity.sets).Find(other);
+            return set == nullptr ? nullptr : &set->name;
+        });
+    if (!same.empty()) {
+        std::string const kind = std::string(entity.name) + " set ";
+        reader.FailAt(line, kind + ShownIn(*m_scope, name) + " and " + kind + same +
+                                " both have the key '" + Shown(m_scope->Key(name)) +
+                                "'; expected names that differ");
+    }
+    NamedSet& set = sets.FindOrMake(name);
+    set.internal = internal;
+    return set;
 }
 
 void Translation::Defer(DeckReader const& reader, DeckPlace place, NamedSet* set,
@@ -150,16 +216,19 @@ void Translation::Defer(DeckReader const& reader, DeckPlace place, NamedSet* set
             "twice");
     }
     if (set != nullptr) set->deferred.push_back(m_deferred.size());
-    m_deferred.push_back({reader.Path(), place, set, std::move(read)});
+    m_deferred.push_back({reader.Path(), place, set, m_scope, std::move(read)});
 }
 
 void Translation::ReadDeferred(Deferred& block) {
     if (block.done) return;
     block.done = true;
     if (block.set != nullptr) block.set->resolving = true;
+    Scope* const before = m_scope;
+    m_scope = block.scope;
     try {
         DeckReader reader(m_files, block.path, block.place, nullptr);
         block.read(*this, reader);
+        m_scope = before;
     } catch (DeckError const&) {
         throw;
     } catch (Interruption const&) {

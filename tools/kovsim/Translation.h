@@ -6,6 +6,10 @@
 // line on that names something unknown. Ordinals are given in the first pass all the same, in the
 // order of first appearance.
 //
+// Parts: the body of a part is passed over where it stands, and read again for each of its
+// instances under the scope of that instance. All keyword classes ask the current scope, and serve
+// flat decks, parts and assemblies alike; a block that is put off remembers its scope.
+//
 // A new keyword class is a function of its own in a file Keyword....cpp and one row in
 // Keywords.cpp.
 #pragma once
@@ -16,13 +20,13 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "DeckReader.h"
-#include "LabelTable.h"
 #include "ModelWriter.h"
 #include "NodeRepeats.h"
-#include "SetTable.h"
+#include "Scope.h"
 
 namespace kov::tool {
 
@@ -43,10 +47,22 @@ struct TranslationSummary {
     std::vector<Type> types;  ///< in the order of their first appearance
     std::size_t nodeSets = 0;
     std::size_t elementSets = 0;
+    std::size_t parts = 0;
+    std::size_t instances = 0;
     int files = 0;
     long repeatedNodes = 0;                       ///< defined again with the same data
     std::map<std::string, long> unknownKeywords;  ///< how often each came
     std::map<std::string, long> notes;            ///< what was passed over, and how often
+};
+
+/// The keywords with an end of their own that are open, and the parts of the deck.
+struct Assembly {
+    std::deque<Part> parts;
+    std::unordered_map<std::string, Part*> byName;  ///< key: the name in lower case
+    std::string path;                               ///< of the file with *ASSEMBLY
+    int line = 0;                                   ///< of *ASSEMBLY; 0 before it
+    bool open = false;
+    Scope* instance = nullptr;  ///< whose *INSTANCE is open
 };
 
 class Translation {
@@ -64,24 +80,36 @@ class Translation {
     // ---- for the keyword classes ----
 
     ModelWriter& Model() { return m_model; }
-    LabelTable& NodeLabels() { return m_nodeLabels; }
-    LabelTable& ElementLabels() { return m_elementLabels; }
-    SetTable& NodeSets() { return m_nodeSets; }
-    SetTable& ElementSets() { return m_elementSets; }
+    /// What names and labels stand for at this point of the deck.
+    Scope& Current() { return *m_scope; }
+    void Enter(Scope& scope) { m_scope = &scope; }
+    Scopes& AllScopes() { return m_scopes; }
+    Assembly& Parts() { return m_assembly; }
     NodeRepeats& Repeats() { return m_repeats; }
     std::string& Heading() { return m_heading; }
     TranslationSummary& Summary() { return m_summary; }
+    /// Counts a thing that was passed over; for a part once, not for each of its instances.
+    void Note(std::string const& what);
+
+    /// Reads the body of a part under the current scope.
+    void ReadPart(Part& part);
+    /// The part whose body is read; null outside.
+    Part const* CurrentPart() const { return m_part; }
+    /// *END PART: ends the body that `reader` reads. False if it reads none.
+    bool EndPart(DeckReader const& reader);
 
     /// Reads a further file, as `from` asks for it.
     void Include(DeckReader& from, std::string const& path);
-    /// Adds the elements of a block to a set when the block is known; the same for nodes. Null sets
-    /// are left alone.
+    /// Adds nodes or elements to a set; a null set is left alone.
     void AddNodes(NamedSet* set, int first, int count, int stride);
     void AddElements(NamedSet* set, int first, int count, int stride);
-
+    void Add(Entity const& entity, NamedSet& set, int first, int count, int stride);
     /// Adds all members of a set to another.
-    void JoinNodeSet(NamedSet& set, NamedSet const& other);
-    void JoinElementSet(NamedSet& set, NamedSet const& other);
+    void Join(Entity const& entity, NamedSet& set, NamedSet const& other);
+    /// The set of that name in the current scope, made if there is none. Throws at line `line` if
+    /// another scope has a set with the same key. A set is internal if all keywords say so.
+    NamedSet& MakeSet(Entity const& entity, std::string const& name, bool internal,
+                      DeckReader const& reader, int line);
 
     /// Reads on at `place` in the second pass: `read` takes data lines up to the next keyword.
     /// Blocks of members of a set name that set, so that a reference to it waits for them.
@@ -99,11 +127,13 @@ class Translation {
         std::string path;
         DeckPlace place;
         NamedSet* set;
+        Scope* scope;
         std::function<void(Translation&, DeckReader&)> read;
         bool done = false;
     };
 
     void ReadFile(std::string const& path);
+    void Register(DeckReader& reader);
     void TakeKeyword(DeckReader& reader);
     void NoteUnknown(DeckReader& reader, std::string const& keyword, int line);
     void ReadDeferred(Deferred& block);
@@ -111,10 +141,12 @@ class Translation {
     DeckFiles& m_files;
     TranslationOptions m_options;
     ModelWriter m_model;
-    LabelTable m_nodeLabels;
-    LabelTable m_elementLabels;
-    SetTable m_nodeSets;
-    SetTable m_elementSets;
+    Scopes m_scopes;
+    Scope* m_scope = &m_scopes.Root();
+    Assembly m_assembly;
+    Part const* m_part = nullptr;
+    DeckReader const* m_body = nullptr;  ///< the reader of the part's file; null once it has ended
+    bool m_quiet = false;                ///< what is noted here was noted for another instance
     NodeRepeats m_repeats;
     std::string m_heading;
     TranslationSummary m_summary;

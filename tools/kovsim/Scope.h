@@ -1,0 +1,122 @@
+// Scope: the names and labels of one instance, or of the assembly itself. A deck without an
+// assembly has the assembly's scope alone, whose name is empty; so keyword classes ask the current
+// scope and need not know which kind of deck they read.
+//
+// A part has no scope: its body is read once for each of its instances, under the scope of that
+// instance.
+#pragma once
+
+#include <deque>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+
+#include "DeckReader.h"
+#include "LabelTable.h"
+#include "Placing.h"
+#include "SetTable.h"
+
+namespace kov::tool {
+
+/// A part of a deck: where its body stands.
+struct Part {
+    std::string name;  ///< as it was typed first
+    std::string path;
+    DeckPlace body;     ///< behind the keyword line
+    int line = 0;       ///< of the keyword
+    int instances = 0;  ///< how often the body was read
+};
+
+struct Scope {
+    Scope(std::string instance, SetPool& nodePool, SetPool& elementPool)
+        : name(std::move(instance)), nodeSets(nodePool), elementSets(elementPool) {}
+
+    bool IsRoot() const { return name.empty(); }
+    /// The key of an object of this scope in the maps of a model.
+    std::string Key(std::string_view object) const {
+        return name.empty() ? std::string(object) : name + "_" + std::string(object);
+    }
+
+    std::string name;  ///< of the instance, as it was typed
+    Part const* part = nullptr;
+    std::string path;  ///< of the file with the instance's keyword
+    int line = 0;      ///< of that keyword
+    Placing placing;
+    LabelTable nodeLabels;
+    LabelTable elementLabels;
+    SetTable nodeSets;
+    SetTable elementSets;
+    // Ordinals of an instance follow each other.
+    int firstNode = 0;
+    int nodes = 0;
+    int firstElement = 0;
+    int elements = 0;
+};
+
+/// What differs between nodes and elements where labels and sets of either are named.
+struct Entity {
+    char const* name;   ///< "node"
+    char const* label;  ///< "a node label"
+    LabelTable Scope::*labels;
+    SetTable Scope::*sets;
+};
+inline constexpr Entity kNodeEntity = {"node", "a node label", &Scope::nodeLabels,
+                                       &Scope::nodeSets};
+inline constexpr Entity kElementEntity = {"element", "an element label", &Scope::elementLabels,
+                                          &Scope::elementSets};
+
+/// The scopes of a deck, and the one that is current.
+class Scopes {
+  public:
+    Scopes() { m_all.emplace_back(std::string(), m_nodePool, m_elementPool); }
+
+    Scope& Root() { return m_all.front(); }
+    /// The root first, then the instances in the order of the deck.
+    std::deque<Scope>& All() { return m_all; }
+    std::deque<Scope> const& All() const { return m_all; }
+    bool HasInstances() const { return m_all.size() > 1; }
+    /// Null if there is no instance of that name, whatever its case.
+    Scope* FindInstance(std::string_view name);
+    /// A new instance; its name is not taken.
+    Scope& MakeInstance(std::string const& name);
+
+    SetPool& NodePool() { return m_nodePool; }
+    SetPool& ElementPool() { return m_elementPool; }
+
+    /// Another object of the deck that has the key of `name` in `scope`, as a text such as "set
+    /// 'S' of instance 'I'"; empty if none has. `stored` gives the name, as it is kept, that an
+    /// object of a scope has; a null pointer for none.
+    template <class Stored>
+    std::string SameKey(Scope const& scope, std::string_view name, Stored&& stored);
+
+  private:
+    SetPool m_nodePool;
+    SetPool m_elementPool;
+    std::deque<Scope> m_all;
+    std::unordered_map<std::string, Scope*> m_byName;  ///< key: the name in lower case
+};
+
+/// "'N' of instance 'I'", or "'N'" at the root, for messages.
+std::string ShownIn(Scope const& scope, std::string_view name);
+
+// A key is cut at each joiner; what stands in front may be another instance.
+template <class Stored>
+std::string Scopes::SameKey(Scope const& scope, std::string_view name, Stored&& stored) {
+    if (!HasInstances()) return {};
+    std::string const key = scope.Key(name);
+    auto const look = [&](Scope& other, std::string_view rest) -> std::string {
+        if (&other == &scope) return {};
+        std::string const* const found = stored(other, rest);
+        return found != nullptr && other.Key(*found) == key ? ShownIn(other, *found)
+                                                            : std::string();
+    };
+    std::string same = look(Root(), key);
+    for (std::size_t at = key.find('_'); at != std::string::npos && same.empty();
+         at = key.find('_', at + 1)) {
+        Scope* const other = FindInstance(std::string_view(key).substr(0, at));
+        if (other != nullptr) same = look(*other, std::string_view(key).substr(at + 1));
+    }
+    return same;
+}
+
+}  // namespace kov::tool
