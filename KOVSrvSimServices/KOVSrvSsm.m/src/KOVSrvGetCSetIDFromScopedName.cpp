@@ -1,6 +1,8 @@
 #include "KOVSrvGetCSetIDFromScopedName.h"
 
 #include <cstddef>
+#include <optional>
+#include <string>
 #include <string_view>
 
 #include "KOVAssert.h"
@@ -43,12 +45,13 @@ KOVString StripQuotes(KOVString const& name) {
 // Strips the quotes of each piece between joiners on its own.
 KOVString StripQuotesOfPieces(KOVString const& name) {
     std::string_view rest = View(name);
-    KOVString joined;
+    if (rest.find('"') == std::string_view::npos) return name;
+    std::string joined;
     for (;;) {
         std::size_t const end = rest.find(kJoiner);
-        joined += StripQuotes(Text(rest.substr(0, end)));
-        if (end == std::string_view::npos) return joined;
-        joined += kJoinerText;
+        joined += View(StripQuotes(Text(rest.substr(0, end))));
+        if (end == std::string_view::npos) return Text(joined);
+        joined += kJoiner;
         rest.remove_prefix(end + 1);
     }
 }
@@ -63,25 +66,31 @@ class Scope {
           m_separator(separator),
           m_instance(StripQuotes(instance)) {}
 
-    KOVSimPosition Resolve(KOVString const& name, bool retry) const;
+    KOVSimPosition Resolve(KOVString const& name, bool retry);
 
   private:
     KOVSimPosition ResolveInModel(KOVString const& key, KOVString const& head) const;
-    KOVString ModelName() const { return m_model.GetDataRecord().ReturnString(0); }
+    KOVString const& ModelName() {
+        if (!m_modelName) m_modelName = m_model.GetDataRecord().ReturnString(0);
+        return *m_modelName;
+    }
 
     KOVSimPosition m_model;
     KOVSimMap m_map;
     bool m_ofRegions;
     KOVString m_separator;
     KOVString m_instance;
+    // Read when a form needs it: most names are found without.
+    std::optional<KOVString> m_modelName;
 };
 
-KOVSimPosition Scope::Resolve(KOVString const& name, bool retry) const {
+KOVSimPosition Scope::Resolve(KOVString const& name, bool retry) {
+    // A name of nothing but quoted pieces may be empty when it is tried again.
     if (name.IsEmpty()) return {};
     KOVString key = StripQuotes(name);
     if (!m_instance.IsEmpty()) {
         KOVString const inInstance = m_instance + kJoinerText + key;
-        KOVString const modelName = ModelName();
+        KOVString const& modelName = ModelName();
         return m_map.Find(modelName.IsEmpty() ? inInstance : modelName + kJoinerText + inInstance);
     }
 
@@ -93,7 +102,7 @@ KOVSimPosition Scope::Resolve(KOVString const& name, bool retry) const {
         found = m_map.Find(key);
         if (!found.IsNull()) return found;
     }
-    KOVString const modelName = ModelName();
+    KOVString const& modelName = ModelName();
     if (modelName.IsEmpty()) return found;
 
     found = ResolveInModel(key, modelName + kJoinerText);
