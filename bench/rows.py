@@ -36,7 +36,8 @@ class Row:
     unit: typing.Callable
     bar: str
     met: typing.Callable  # of the results: True, False, or None where there is nothing to compare
-    limits: tuple = ("plain file", "mapped file", "plain loop", "plain merge", "fgets, strtod", "mmap, from_chars")
+    limits: tuple = ("plain file", "mapped file", "plain loop", "plain merge", "look-ups alone",
+                     "fgets, strtod", "mmap, from_chars")
 
 
 def fastest(results, row):
@@ -108,6 +109,36 @@ def named_sets(counts):
     return rows
 
 
+SCOPED_NAMES = {
+    # form: (what the name is, look-ups until it is found)
+    "plain": ("as it stands in the map", 1),
+    "instance": ("of an instance", 1),
+    "joined": ("with separators", 2),
+    "model": ("that lacks the model's", 2),
+    "bare": ("that has the model's", 4),
+    "elset": ("of a surface from an element set", 5),
+    "nset": ("of a surface from a node set", 6),
+    "quoted": ("with quotes inside", 4),
+    "absent": ("that is nowhere", 3),
+}
+
+
+def scoped_names(count):
+    def resolved(row, tried):
+        # The way to the model and the model's own name are two look-ups more.
+        def met(results):
+            ours, few = results.get(row), results.get(row, "ours, of 1,000")
+            alone = results.get(row, "look-ups alone")
+            return ours <= 1.25 * alone * (tried + 2) / tried and ours <= 2 * few
+
+        return met
+
+    return [Row(f"names.{form}", f"scoped name {what}, of {count:,}", seconds,
+                f"1.25 of {tried} + 2 look-ups; twice that of 1,000 names",
+                resolved(f"names.{form}", tried))
+            for form, (what, tried) in SCOPED_NAMES.items()]
+
+
 def ROWS(sizes):
     nodes, elements = f"{sizes['nodes']:,} nodes", f"{sizes['elements']:,} hexahedra"
     members = f"{sizes['members']:,} members"
@@ -137,4 +168,5 @@ def ROWS(sizes):
         Row("open", f"opening a document of {nodes}, reading one node", seconds, "below 0.6 ms",
             below("open", 0.6e-3)),
         *named_sets(sizes["sets"]),
+        *scoped_names(sizes["names"]),
     ]

@@ -28,10 +28,10 @@ from rows import ROWS
 
 PEERS = ["hdf5", "netcdf", "exodus", "cgns", "med"]
 FULL = dict(nodes=10_000_000, elements=5_000_000, picked=1_000_000, members=10_000_000,
-            sets=[1_000, 10_000, 100_000], peer_sets=[1_000, 10_000], deck_nodes=10_000_000,
-            meshio_nodes=500_000, rounds=5)
+            sets=[1_000, 10_000, 100_000], peer_sets=[1_000, 10_000], names=100_000,
+            deck_nodes=10_000_000, meshio_nodes=500_000, rounds=5)
 QUICK = dict(nodes=200_000, elements=100_000, picked=20_000, members=100_000, sets=[100, 1_000],
-             peer_sets=[100], deck_nodes=50_000, meshio_nodes=5_000, rounds=1)
+             peer_sets=[100], names=10_000, deck_nodes=50_000, meshio_nodes=5_000, rounds=1)
 
 
 class Results:
@@ -121,6 +121,11 @@ class Bench:
                     self.run("named_sets", sets=count)
             for count in self.sizes["peer_sets"]:
                 self.run("bulk_exodus", case="sets", sets=count)
+
+    def names(self):
+        if self.wanted("names"):
+            for _ in range(min(self.sizes["rounds"], 3)):
+                self.run("scoped_names", names=self.sizes["names"])
 
     def text(self):
         kovsim = self.build / "bin" / "kovsim"
@@ -219,7 +224,7 @@ def main():
         sizes["rounds"] = options.rounds
     with tempfile.TemporaryDirectory(prefix="kov-bench-", dir=options.dir) as folder:
         bench = Bench(options, sizes, pathlib.Path(folder))
-        for part in (bench.bulk, bench.inverse, bench.sets, bench.text):
+        for part in (bench.bulk, bench.inverse, bench.sets, bench.names, bench.text):
             part()
     absent = [peer for peer in PEERS if bench.program("bulk_" + peer) is None]
     lines = [f"Measured on {machine()}; medians of {sizes['rounds']} runs.", ""] + table(bench)
