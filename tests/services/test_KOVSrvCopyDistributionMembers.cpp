@@ -146,7 +146,6 @@ TEST_P(CopyMembers, OneDimensionIsCopiedAlike) {
 }
 
 TEST_P(CopyMembers, EntriesOfOneSizeAreCopiedAsBytes) {
-    KOVSimDistributionID members;
     InTransaction([&] {
         read = NewDistribution(mesh.document, {mesh.nodes}, KOVSimRangeType(KOVSimTypeKeyInt));
         written = NewDistribution(mesh.document, {mesh.nodes},
