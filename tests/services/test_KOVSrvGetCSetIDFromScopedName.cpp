@@ -265,6 +265,16 @@ TEST_P(ScopedNames, FormsWithQuotesComeBeforeTheRetry) {
     EXPECT_EQ(Find("P_\"S\""), "P_\"S\"");
 }
 
+TEST_P(ScopedNames, NameOfVeryManyPiecesIsResolved) {
+    std::string name = "P", key = "P";
+    for (int i = 0; i < 100'000; ++i) {
+        name += ".\"a\"";
+        key += "_a";
+    }
+    MakeModel("M", {key});
+    EXPECT_EQ(Find(name, "."), key);
+}
+
 // ---- instances ----
 
 TEST_P(ScopedNames, InstanceStandsBeforeTheName) {
