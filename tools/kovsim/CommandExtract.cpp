@@ -94,9 +94,9 @@ int Extract(Options const& options) {
         KOVObjDocument const target = KOVObjDocument::Create(ToKOVString(place.Path()));
         KOVSimTransaction transaction(target.ContextID());
         summary = WhileReading(options.document, [&] {
-            return WriteSubModel(source, elements, target, [&](double bytes) {
-                progress.Show(std::min(bytes, total), total);
-            });
+            SubModelOptions how;
+            how.progress = [&](double bytes) { progress.Show(std::min(bytes, total), total); };
+            return WriteSubModel(source, elements, target, how);
         });
         transaction.Commit();
         target.Close();

@@ -49,8 +49,8 @@ std::vector<KOVSimCSet> PartOfDrawer(KOVSimDrawerDescription const& drawer,
 
 DistributionCopy::DistributionCopy(KOVSimDistribution const& from, KOVSimDistribution const& to,
                                    std::vector<Renumbering const*> const& dimensions,
-                                   Renumbering const& entries)
-    : m_from(from), m_to(to), m_dimensions(dimensions), m_entries(entries) {
+                                   Renumbering const& entries, int block)
+    : m_from(from), m_to(to), m_dimensions(dimensions), m_entries(entries), m_block(block) {
     for (int i = 0; i < from.NumDimensions(); ++i) {
         m_sources.emplace_back(from.Grid().Collections().ConstGet(i));
         m_targets.emplace_back(to.Grid().Collections().ConstGet(i));
@@ -118,10 +118,10 @@ KOVSimDrawerID DistributionCopy::Copy(KOVSimPersistentDrawerDesc const& drawer) 
     std::size_t const row = drawer.extendableDim == 1 ? 1 : 0;
     std::size_t const other = 1 - row;
     int const columns = parts.size() == 1 ? 1 : parts[other].Size();
-    int const columnsAtOnce = std::min(columns, kBlock);
+    int const columnsAtOnce = std::min(columns, m_block);
     for (Blocks rows(parts[row]); !rows.IsDone();) {
         std::vector<KOVSimCSet> view(parts.size());
-        view[row] = rows.Next(std::max(1, kBlock / columnsAtOnce));
+        view[row] = rows.Next(std::max(1, m_block / columnsAtOnce));
         if (parts.size() == 1) {
             CopyBlock(drawer.drawerID, made, view);
             continue;

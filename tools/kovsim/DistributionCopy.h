@@ -21,13 +21,14 @@ using DrawerDescriptions =
 
 class DistributionCopy {
   public:
-    /// Entries that pass through memory at once, a single row of more apart.
+    /// Entries that pass through memory at once, unless a caller wants fewer.
     static constexpr int kBlock = 1'000'000;
 
     /// `dimensions`: one renumbering for each; `entries`: that of the members that the entries
     /// name, an identity where they name none. All must outlive the object.
     DistributionCopy(KOVSimDistribution const& from, KOVSimDistribution const& to,
-                     std::vector<Renumbering const*> const& dimensions, Renumbering const& entries);
+                     std::vector<Renumbering const*> const& dimensions, Renumbering const& entries,
+                     int block = kBlock);
 
     /// Copies one drawer, and gives that in the copy; null if nothing of it goes there. In a
     /// transaction.
@@ -45,6 +46,7 @@ class DistributionCopy {
     std::vector<KOVSimCollection> m_sources;
     std::vector<KOVSimCollection> m_targets;
     Renumbering const& m_entries;
+    int m_block;
     std::vector<char> m_buffer;
 };
 

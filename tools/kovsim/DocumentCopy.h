@@ -43,7 +43,10 @@ struct ByIdentity {
 
 class DocumentCopy {
   public:
-    DocumentCopy(KOVObjDocument const& from, KOVObjDocument const& to) : m_from(from), m_to(to) {}
+    /// `block`: entries of distributions that pass through memory at once.
+    DocumentCopy(KOVObjDocument const& from, KOVObjDocument const& to,
+                 int block = DistributionCopy::kBlock)
+        : m_from(from), m_to(to), m_block(block) {}
 
     /// Cuts a collection to the members of `kept`. Before Run().
     void Keep(KOVSimCollectionID const& collection, KOVSimCSet const& kept);
@@ -95,6 +98,7 @@ class DocumentCopy {
 
     KOVObjDocument m_from;
     KOVObjDocument m_to;
+    int m_block;
     std::function<void(double)> m_progress;
     double m_bytes = 0;
     std::map<int, std::unique_ptr<Renumbering>> m_renumberings;  ///< by number of the collection

@@ -18,12 +18,29 @@ using CSetIDs = KOVSimArray<KOVSimCSetID, KOVSimArrayCopyClassPolicy<KOVSimCSetI
 
 // Collections of more members than this have no records; see DocumentCopyFate.cpp.
 constexpr int kMostRecords = 1'000'000;
-// A drawer of at most so many entries is copied whole.
-constexpr std::int64_t kWholeDrawer = DistributionCopy::kBlock;
+// Drawers up to so many, each of at most one block, are copied whole.
+constexpr int kMostWholeDrawers = 32;
 
 bool IsPlainMember(KOVSimPosition const& member, int type) {
     return member.TypePosition() == type && member.Members().Size() == 0 &&
            member.GetDataRecord().Fields().Size() == 0 && member.Name(-1).GetLengthInByte() == 0;
+}
+
+// Whether two drawers have an entry in common.
+bool Overlap(KOVSimPersistentDrawerDesc const& a, KOVSimPersistentDrawerDesc const& b) {
+    for (int i = 0; i < a.compartment.Size(); ++i) {
+        if (a.compartment.CSet(i).Intersection(b.compartment.CSet(i)).IsEmpty()) return false;
+    }
+    return true;
+}
+
+bool AnyOverlap(DrawerDescriptions const& drawers) {
+    for (int a = 0; a < drawers.Size(); ++a) {
+        for (int b = 0; b < a; ++b) {
+            if (Overlap(drawers.ConstGet(a), drawers.ConstGet(b))) return true;
+        }
+    }
+    return false;
 }
 
 }  // namespace
@@ -237,10 +254,12 @@ bool DocumentCopy::CopyWholeDrawers(KOVSimDistribution const& from, KOVSimDistri
         !RenumberingOf(from.Range().Collection()).IsIdentity()) {
         return false;
     }
+    // Of overlapping drawers the copier sees what the last of them has.
+    if (drawers.Size() > kMostWholeDrawers || AnyOverlap(drawers)) return false;
     int const dimensions = from.NumDimensions();
     for (KOVSimPersistentDrawerDesc const& drawer : drawers) {
         if (drawer.IsChunked() != (drawer.extendableDim >= 0)) return false;
-        if (drawer.DataSizeItems(0) > kWholeDrawer) return false;
+        if (drawer.DataSizeItems(0) > m_block) return false;
         for (int i = 0; i < dimensions; ++i) {
             KOVSimCSet const& set = drawer.compartment.CSet(i);
             Renumbering const& renumbering = RenumberingOf(set.CollectionID());
@@ -284,7 +303,7 @@ void DocumentCopy::CopyDrawers(KOVSimDistribution const& from, KOVSimDistributio
         static Renumbering const identity;
         KOVSimCollectionID const entries = from.Range().Collection();
         DistributionCopy copy(from, to, dimensions,
-                              entries.IsNull() ? identity : RenumberingOf(entries));
+                              entries.IsNull() ? identity : RenumberingOf(entries), m_block);
         for (KOVSimPersistentDrawerDesc const& drawer : drawers) {
             KOVSimDrawerID const made = copy.Copy(drawer);
             if (!made.IsNull()) Pair(drawer.drawerID, made);

@@ -52,7 +52,7 @@ int SetsUnder(KOVObjDocument const& document, int map, int otherMap) {
 
 }  // namespace
 
-KOVSimCSet NodesOfElements(KOVObjDocument const& document, KOVSimCSet const& elements) {
+KOVSimCSet NodesOfElements(KOVObjDocument const& document, KOVSimCSet const& elements, int block) {
     KOVObjMesh const mesh(document.GetMesh());
     KOVSimCollection const nodes = CollectionAt(mesh.GetNodeCollection());
     if (!nodes.IsPresent()) throw DocumentFault("the document has no nodes");
@@ -79,12 +79,12 @@ KOVSimCSet NodesOfElements(KOVObjDocument const& document, KOVSimCSet const& ele
             Ascending(elements).Intersection(Ascending(drawer.compartment.CSet(0)));
         if (part.IsEmpty() || places.IsEmpty()) continue;
         KOVSimCollection const collection(elements.CollectionID());
-        int const block = std::max(1, DistributionCopy::kBlock / places.Size());
+        int const rowsAtOnce = std::max(1, block / places.Size());
         KOVSimCSetIterator at(part);
         for (at.First(); !at.IsDone();) {
             ThrowIfInterrupted();
             members.clear();
-            for (; !at.IsDone() && static_cast<int>(members.size()) < block; at.Next()) {
+            for (; !at.IsDone() && static_cast<int>(members.size()) < rowsAtOnce; at.Next()) {
                 members.push_back(at.CurrentValue());
             }
             int const count = static_cast<int>(members.size());
@@ -113,17 +113,16 @@ KOVSimCSet NodesOfElements(KOVObjDocument const& document, KOVSimCSet const& ele
 }
 
 SubModelSummary WriteSubModel(KOVObjDocument const& source, KOVSimCSet const& elements,
-                              KOVObjDocument const& target,
-                              std::function<void(double bytes)> const& progress) {
+                              KOVObjDocument const& target, SubModelOptions const& options) {
     KOVObjMesh const mesh(source.GetMesh());
     KOVSimCollectionID const nodes = mesh.GetNodeCollection().GetCollection();
     if (nodes == elements.CollectionID()) {
         throw DocumentFault("the document has one collection for both nodes and elements");
     }
-    DocumentCopy copy(source, target);
-    copy.SetProgress(progress);
+    DocumentCopy copy(source, target, options.block);
+    copy.SetProgress(options.progress);
     copy.Keep(elements.CollectionID(), elements);
-    copy.Keep(nodes, NodesOfElements(source, elements));
+    copy.Keep(nodes, NodesOfElements(source, elements, options.block));
     copy.Run();
 
     SubModelSummary summary;

@@ -7,6 +7,7 @@
 #include <functional>
 #include <string>
 
+#include "DistributionCopy.h"
 #include "KOVObjDocument.h"
 #include "KOVSimCSet.h"
 
@@ -28,15 +29,22 @@ struct SubModelSummary {
     Remaining instances;
 };
 
+struct SubModelOptions {
+    /// Entries that pass through memory at once.
+    int block = DistributionCopy::kBlock;
+    /// Called now and then with the bytes of bulk numbers that were read.
+    std::function<void(double bytes)> progress = {};
+};
+
 /// The nodes that elements name. Reads the connectivity in blocks. Throws DocumentFault if an
 /// element names a node that is not there, or the connectivity is not one of nodes by element and
 /// place.
-KOVSimCSet NodesOfElements(KOVObjDocument const& document, KOVSimCSet const& elements);
+KOVSimCSet NodesOfElements(KOVObjDocument const& document, KOVSimCSet const& elements,
+                           int block = DistributionCopy::kBlock);
 
 /// Fills `target`, a new document, with the part of `source` that `elements` tell. In a transaction
 /// of the caller's. Throws DocumentFault.
 SubModelSummary WriteSubModel(KOVObjDocument const& source, KOVSimCSet const& elements,
-                              KOVObjDocument const& target,
-                              std::function<void(double bytes)> const& progress = {});
+                              KOVObjDocument const& target, SubModelOptions const& options = {});
 
 }  // namespace kov::tool
