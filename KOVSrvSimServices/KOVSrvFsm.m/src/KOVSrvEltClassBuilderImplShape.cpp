@@ -18,7 +18,6 @@
 namespace {
 
 using Compartments = KOVSimCtation::Array;
-using SetIDs = KOVSimArray<KOVSimCSetID, KOVSimArrayCopyClassPolicy<KOVSimCSetID>>;
 using Records = KOVSimArray<KOVSimDynamicID, KOVSimArrayCopyClassPolicy<KOVSimDynamicID>>;
 using Indices = KOVSimArray<int, KOVSimArrayBuiltinPolicy<int>>;
 
@@ -101,15 +100,17 @@ KOVSimPosition KOVSrvEltClassBuilderImplShape::BuildEltClassification(KOVSimPosi
         KOVSimCompartment existing;
         if (shapeIndex < classes.Size()) existing = classes.ConstGet(shapeIndex);
 
-        SetIDs sets(2, 0);
+        // The sets themselves, not their IDs, by which a large one would be read again.
+        KOVBasVector<KOVSimCSet> sets;
         if (existing.Size() == 0) {
-            sets.Get(0) = NewClass(mesh, classification, classCollection, specRecord);
-            sets.Get(1) = elementCSet.ID();
+            sets.PushBack(NewClass(mesh, classification, classCollection, specRecord));
+            sets.PushBack(elementCSet);
             ++classCount;
         } else {
             KOVSimCSet joined = existing.CSet(existing.Position(elements.ID())).Union(elementCSet);
-            sets.Get(0) = existing.CSet(existing.Position(classCollection.ID())).ID();
-            sets.Get(1) = joined.RegisterWithCollection();
+            joined.RegisterWithCollection();
+            sets.PushBack(existing.CSet(existing.Position(classCollection.ID())));
+            sets.PushBack(joined);
         }
         if (classes.Size() <= shapeIndex) classes.SetSize(shapeIndex + 1);
         classes.Get(shapeIndex) = KOVSimCompartment(sets);

@@ -106,6 +106,24 @@ void SetMode(KOVSimTransfer& writeTrans, KOVSimDrawerDescription const& drawer,
 // clang-format on
 #pragma GCC diagnostic pop
 
+// The pairings of all dimensions, made for the first drawer.
+class Pairings {
+  public:
+    Pairings(SetIDs const& writtenSets, SetIDs const& readSets)
+        : m_writtenSets(writtenSets), m_readSets(readSets) {}
+    KOVSimCMemberMap const& At(int i) {
+        if (static_cast<int>(m_maps.size()) == i) {
+            m_maps.push_back(Pairing(m_writtenSets.ConstGet(i), m_readSets.ConstGet(i)));
+        }
+        return m_maps[static_cast<std::size_t>(i)];
+    }
+
+  private:
+    SetIDs const& m_writtenSets;
+    SetIDs const& m_readSets;
+    std::vector<KOVSimCMemberMap> m_maps;
+};
+
 }  // namespace
 
 KOVSrvDistributionTransform::~KOVSrvDistributionTransform() = default;
@@ -121,25 +139,24 @@ void KOVSrvCopyDistribution(KOVSimDistributionID const& written, KOVSimDistribut
     Drawers readDrawers, writeDrawers;
     from.QueryDrawers(readDrawers);
     to.QueryDrawers(writeDrawers);
-    std::vector<KOVSimCMemberMap> maps;
+    Pairings pairings(writtenSets, readSets);
 
     for (KOVSimPersistentDrawerDesc const& drawer : readDrawers) {
         SetIDs drawerSets;
         drawer.compartment.CSetIDs(drawerSets);
         int const readDistDims = drawerSets.Size();
         KOV_UTT_ASSERT(dim == readDistDims);
-        SetIDs mapped(dim, 0);
-        for (int i = 0; i < dim; ++i) {
-            if (static_cast<int>(maps.size()) == i) {
-                maps.push_back(Pairing(writtenSets.ConstGet(i), readSets.ConstGet(i)));
-            }
-            KOVSimCMemberMap const& map = maps[static_cast<std::size_t>(i)];
-            mapped.Get(i) = map.Map(drawerSets.ConstGet(i)).RegisterWithCollection();
-        }
 
         KOVSimTransfer readTrans(from);
         readTrans.SetRead().SetBufferPadding(false);
-        for (int i = 0; i < dim; ++i) readTrans.SetDim(i, drawerSets.ConstGet(i));
+        SetIDs mapped(dim, 0);
+        std::vector<KOVSimCSet> targets;
+        for (int i = 0; i < dim; ++i) {
+            KOVSimCSet const drawerSet(drawerSets.ConstGet(i));
+            readTrans.SetDim(i, drawerSet);
+            targets.push_back(pairings.At(i).Map(drawerSet));
+            mapped.Get(i) = targets.back().RegisterWithCollection();
+        }
         readTrans.CheckView();
         int const bufferSize = readTrans.RequiredBufferSize(0);
         auto const bytes = static_cast<std::size_t>(bufferSize);
@@ -152,7 +169,12 @@ void KOVSrvCopyDistribution(KOVSimDistributionID const& written, KOVSimDistribut
         KOVSimTransfer writeTrans(to);
         writeTrans.SetWrite().SetBufferPadding(false);
         SetMode(writeTrans, drawer, writeDrawers);
-        for (int i = 0; i < dim; ++i) writeTrans.SetDim(i, mapped.ConstGet(i));
+        for (int i = 0; i < dim; ++i) {
+            // A set that stayed is taken as it is: by its ID a large one would be read again.
+            KOVSimCSet const& target = targets[static_cast<std::size_t>(i)];
+            bool const stayed = mapped.ConstGet(i) == target.ID();
+            writeTrans.SetDim(i, stayed ? target : KOVSimCSet(mapped.ConstGet(i)));
+        }
         writeTrans.CheckView();
         KOV_UTT_ASSERT(bufferSize == writeTrans.RequiredBufferSize());
         writeTrans.SetBuffer(0, buffer.get(), bytes).ExecWrite();
