@@ -20,11 +20,13 @@
 #include "KOVSimTransfer.h"
 #include "document/facades/LabelCheck.h"
 #include "document/facades/LabelledInstance.h"
+#include "document/facades/NameTable.h"
 #include "document/facades/OrdinalOwners.h"
 #include "document/records/Identity.h"
 
 using namespace kov;
 using facades::LabelledInstance;
+using facades::NameTable;
 using facades::OrdinalOwners;
 using records::Asked;
 
@@ -33,6 +35,8 @@ namespace {
 constexpr int Block = 1 << 20;  // labels in one transfer
 // So many ordinals are sought in one instance after the other; whoever asks oftener gets an index.
 constexpr int FewLookups = 4;
+// So many names are sought by halving, and further ones in a table.
+constexpr int ManyNames = 64;
 
 int MapMember(KOVObjLabelerType type) {
     return type == KOVObjLabelerNodes ? ::schema::Focus_nodeLabels()
@@ -94,19 +98,30 @@ class LabelWriter {
 // All instances, as they were when they were read; each is opened when it is first asked.
 struct KOVObjLabeler::Instances {
     std::vector<LabelledInstance> all;  // ascending by name
-    LabelledInstance* last = nullptr;   // the one that was found by name last
-    int ownerLookups = 0;
+    NameTable names;                    // made when one has been sought often
+    int nameLookups = 0;
+    LabelledInstance* last = nullptr;  // the one that was found by name last
     std::optional<OrdinalOwners> owners;
+    int ownerLookups = 0;
 
     LabelledInstance* Find(KOVString const& name) {
         if (last && last->Name() == name) return last;
+        LabelledInstance* const found = nameLookups < ManyNames ? Search(name) : names.Find(name);
+        if (nameLookups < ManyNames) {
+            if (nameLookups + 1 == ManyNames) names.Build(all);
+            ++nameLookups;
+        }
+        if (found) last = found;
+        return found;
+    }
+
+    LabelledInstance* Search(KOVString const& name) {
         auto const at =
             std::lower_bound(all.begin(), all.end(), name,
                              [](LabelledInstance const& instance, KOVString const& sought) {
                                  return instance.Name() < sought;
                              });
-        if (at == all.end() || at->Name() != name) return nullptr;
-        return last = &*at;
+        return at != all.end() && at->Name() == name ? &*at : nullptr;
     }
 
     LabelledInstance* OwnerOf(int ordinal) {

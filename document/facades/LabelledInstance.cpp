@@ -30,6 +30,8 @@ void LabelledInstance::Open() {
         m_ordinals = drawers.ConstGet(0).compartment.CSet(0);
         if (!m_ordinals.IsAscending())
             m_ordinals = KOVSimCSet(m_ordinals.CollectionID(), m_ordinals.Storage()->Ascending());
+        if (m_ordinals.Storage()->IsRange()) m_first = m_ordinals.Storage()->Lowest();
+        m_size = m_ordinals.Size();
         m_drawer = drawers.ConstGet(0).drawerID;
     }
     m_open = true;
@@ -66,10 +68,14 @@ void LabelledInstance::Read(KOVBasVector<int>& labels, KOVBasVector<int>& ordina
     SortByLabel(labels, ordinals);
 }
 
+int LabelledInstance::LocationOf(int ordinal) const {
+    if (m_first < 0) return m_ordinals.Storage()->LocationOf(ordinal);
+    return ordinal >= m_first && ordinal - m_first < m_size ? ordinal - m_first : -1;
+}
+
 int LabelledInstance::LabelAt(int ordinal) {
     Open();
-    sets::IndexSet const& ordinals = *m_ordinals.Storage();
-    int const location = ordinals.LocationOf(ordinal);
+    int const location = LocationOf(ordinal);
     if (location < 0) return -1;
     if (m_lookups < FewLookups) {
         ++m_lookups;
@@ -78,9 +84,10 @@ int LabelledInstance::LabelAt(int ordinal) {
         return label;
     }
     if (m_pages.empty())
-        m_pages.resize(static_cast<std::size_t>((ordinals.Size() - 1) / PageSize + 1));
+        m_pages.resize(static_cast<std::size_t>((m_ordinals.Size() - 1) / PageSize + 1));
     std::unique_ptr<int[]>& page = m_pages[static_cast<std::size_t>(location / PageSize)];
     if (!page) {
+        sets::IndexSet const& ordinals = *m_ordinals.Storage();
         int const first = location / PageSize * PageSize;
         int const count = std::min(PageSize, ordinals.Size() - first);
         std::vector<int> members(static_cast<std::size_t>(count));

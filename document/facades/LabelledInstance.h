@@ -34,6 +34,7 @@ class LabelledInstance {
 
   private:
     void Open();
+    int LocationOf(int ordinal) const;
     void ReadStored(int const* ordinals, int count, int* labels) const;
     void ReadAll(KOVBasVector<int>& labels, KOVBasVector<int>& ordinals) const;
 
@@ -43,6 +44,8 @@ class LabelledInstance {
     KOVSimDistribution m_distribution;
     KOVSimDrawerID m_drawer;  // null for an instance without labels
     KOVSimCSet m_ordinals;
+    int m_first = -1;  // the first ordinal, where they are contiguous; it saves a way to memory
+    int m_size = 0;
 
     int m_lookups = 0;
     std::vector<std::unique_ptr<int[]>> m_pages;  // labels by location in the set of ordinals

@@ -177,6 +177,31 @@ TEST_P(LabelLookups, ManyInstancesOneBehindTheOther) {
     ExpectModel(Reading(), nodes, model);
 }
 
+TEST_P(LabelLookups, ManyNamesAreToldApart) {
+    Model model;
+    for (int i = 0; i < 300; ++i) {
+        model["PART-1-" + std::to_string(i)][i + 1] = i;
+        model["part-1-" + std::to_string(i)][i + 1] = 300 + i;
+    }
+    model[""][5] = 600;
+    Record(601, model);
+    Reopen();
+    KOVObjLabeler const labeler = Reading();
+    for (int round = 0; round < 3; ++round) {
+        for (int i = 0; i < 300; ++i) {
+            std::string const name = "PART-1-" + std::to_string(i);
+            EXPECT_EQ(i, labeler.GetInstanceOrdinal(name.c_str(), i + 1));
+            EXPECT_FALSE(labeler.IsInstanceValid((name + "0000").c_str()));
+            EXPECT_EQ(-1, labeler.GetInstanceLabel((name + " ").c_str(), i));
+            EXPECT_EQ(5, labeler.GetInstanceLabel("", 600));
+        }
+    }
+    ExpectModel(labeler, 601, model);
+    KOVObjLabeler const other = Reading();
+    for (int i = 0; i < 200; ++i) EXPECT_FALSE(other.IsInstanceValid("PART-1"));
+    EXPECT_TRUE(other.IsInstanceValid("PART-1-7"));
+}
+
 TEST_P(LabelLookups, OfInstancesThatShareAnOrdinalTheFirstNameAnswers) {
     Record(20, {{"B", {{1, 5}, {2, 6}}}, {"A", {{1, 6}, {2, 7}}}, {"C", {{9, 5}, {8, 8}}}});
     Reopen();
