@@ -37,7 +37,7 @@ class Row:
     bar: str
     met: typing.Callable  # of the results: True, False, or None where there is nothing to compare
     limits: tuple = ("plain file", "mapped file", "plain loop", "plain merge", "look-ups alone",
-                     "fgets, strtod", "mmap, from_chars")
+                     "labels read", "fgets, strtod", "mmap, from_chars")
 
 
 def fastest(results, row):
@@ -139,6 +139,35 @@ def scoped_names(count):
             for form, (what, tried) in SCOPED_NAMES.items()]
 
 
+def labels(nodes, counts):
+    rows = []
+    for count in counts:
+        row = f"labels.{count}."
+        of = f"of {nodes:,} nodes in {count:,} instance" + ("s" if count > 1 else "")
+        rows += [
+            Row(row + "instance", "instance of an ordinal, " + of, seconds, "below 1 µs",
+                below(row + "instance", 1e-6)),
+            Row(row + "label", "user label of an ordinal, " + of, seconds, "below 2 µs",
+                below(row + "label", 2e-6)),
+            Row(row + "ordinal", "ordinal of a user label, " + of, seconds, "below 2 µs",
+                below(row + "ordinal", 2e-6)),
+            Row(row + "info", "instance and label with a labeler for each call, " + of, seconds,
+                "50 µs, and 3 µs for each instance", below(row + "info", 50e-6 + 3e-6 * count)),
+        ]
+    table = 16 * nodes / 1e6
+
+    def mapped(results):
+        return (results.get("labels.map") < 0.1e-6 * nodes
+                and results.peak("labels.map") < 1.25 * table)
+
+    return rows + [
+        Row("labels.map", f"{nodes:,} nodes of two documents matched by label", seconds,
+            f"0.1 µs a node; 1.25 of the table: {1.25 * table:.0f} MB", mapped),
+        Row("labels.translate", f"a set of {nodes:,} nodes translated, order kept", seconds,
+            "0.05 µs a node", below("labels.translate", 0.05e-6 * nodes)),
+    ]
+
+
 def ROWS(sizes):
     nodes, elements = f"{sizes['nodes']:,} nodes", f"{sizes['elements']:,} hexahedra"
     members = f"{sizes['members']:,} members"
@@ -168,5 +197,6 @@ def ROWS(sizes):
         Row("open", f"opening a document of {nodes}, reading one node", seconds, "below 0.6 ms",
             below("open", 0.6e-3)),
         *named_sets(sizes["sets"]),
+        *labels(sizes["labels"], sizes["instances"]),
         *scoped_names(sizes["names"]),
     ]
