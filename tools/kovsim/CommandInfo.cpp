@@ -2,22 +2,28 @@
 
 #include <CLI/CLI.hpp>
 #include <memory>
+#include <set>
 #include <string>
 #include <vector>
 
 #include "Commands.h"
 #include "Conventions.h"
 #include "DocumentReader.h"
+#include "ElementClasses.h"
 #include "JobRecords.h"
 #include "Json.h"
 #include "KOVObjLabeler.h"
 #include "KOVSimDataRecord.h"
+#include "KOVSimMap.h"
 #include "KOVSimSchema.h"
 #include "Names.h"
 #include "Table.h"
 
 namespace kov::tool {
 namespace {
+
+// So many instances are shown one by one.
+constexpr std::size_t kMostInstances = 20;
 
 struct Options {
     std::string document;
@@ -26,6 +32,7 @@ struct Options {
 
 struct SetOverview {
     std::size_t count = 0;
+    int internal = 0;
     std::string biggest;
     int biggestSize = 0;
 };
@@ -37,15 +44,20 @@ struct Overview {
     std::vector<ElementGroup> groups;
     SetOverview nodeSets;
     SetOverview elementSets;
-    std::vector<std::string> instances;
+    std::vector<std::string> labelled;
+    std::vector<DocumentInstance> instances;
+    int surfaces = 0;
+    int orientations = 0;
+    int classes = 0;
     std::vector<JobStep> steps;
     bool hasStatus = false;
     int status = 0;
     KOVObjDocumentStatistics sizes;
 };
 
-SetOverview LookAtSets(KOVObjDocument const& document, int map) {
+SetOverview LookAtSets(KOVObjDocument const& document, int map, int internalMap) {
     SetOverview overview;
+    overview.internal = document.GetModel().GetMap(internalMap).Size();
     for (DocumentSet const& set : DocumentSets(document, map)) {
         int const size = set.set.Size();
         if (overview.count++ == 0 || size > overview.biggestSize) {
@@ -56,19 +68,16 @@ SetOverview LookAtSets(KOVObjDocument const& document, int map) {
     return overview;
 }
 
-// Instances of nodes and of elements, each name once. The model's own labels stand under the empty
-// name.
-std::vector<std::string> Instances(KOVObjDocument const& document) {
-    std::vector<std::string> names;
+// The names under which nodes or elements have labels, ascending, each once. Labels that belong to
+// no instance stand under the empty name.
+std::vector<std::string> LabelledInstances(KOVObjDocument const& document) {
+    std::set<std::string> names;
     for (auto const type : {KOVObjLabelerNodes, KOVObjLabelerElements}) {
         KOVObjLabeler labeler(document, type);
         labeler.Read();
-        for (KOVString const& name : labeler.Occurrences()) {
-            std::string const plain = Plain(name);
-            if (std::find(names.begin(), names.end(), plain) == names.end()) names.push_back(plain);
-        }
+        for (KOVString const& name : labeler.Occurrences()) names.insert(Plain(name));
     }
-    return names;
+    return {names.begin(), names.end()};
 }
 
 Overview LookAt(KOVObjDocument const& document) {
@@ -83,9 +92,15 @@ Overview LookAt(KOVObjDocument const& document) {
     overview.nodes = SpaceAt(mesh.GetNodeCollection());
     overview.elements = SpaceAt(mesh.GetElementCollection());
     overview.groups = ElementGroups(document);
-    overview.nodeSets = LookAtSets(document, schema::Model_nodeSets());
-    overview.elementSets = LookAtSets(document, schema::Model_elementSets());
-    overview.instances = Instances(document);
+    overview.nodeSets =
+        LookAtSets(document, schema::Model_nodeSets(), schema::Model_otherNodeSets());
+    overview.elementSets =
+        LookAtSets(document, schema::Model_elementSets(), schema::Model_otherElementSets());
+    overview.labelled = LabelledInstances(document);
+    overview.instances = DocumentInstances(document);
+    overview.surfaces = model.GetMap(schema::Model_regions()).Size();
+    overview.orientations = model.GetMap(schema::Model_orientationsByName()).Size();
+    overview.classes = CountElementClasses(document);
     overview.steps = JobSteps(document);
     overview.hasStatus = ReadJobStatus(document, overview.status);
     overview.sizes = document.Statistics();
@@ -96,6 +111,7 @@ void AddSets(Json& json, char const* name, SetOverview const& sets) {
     json.Key(name).BeginObject().Member("count", static_cast<long>(sets.count));
     if (sets.count > 0)
         json.Member("biggest", sets.biggest).Member("biggestSize", sets.biggestSize);
+    json.Member("internal", sets.internal);
     json.EndObject();
 }
 
@@ -113,8 +129,17 @@ std::string JsonText(Options const& options, Overview const& overview) {
     AddSets(json, "nodeSets", overview.nodeSets);
     AddSets(json, "elementSets", overview.elementSets);
     json.Key("instances").BeginArray();
-    for (std::string const& name : overview.instances) json.Value(name);
+    for (std::string const& name : overview.labelled) json.Value(name);
     json.EndArray();
+    json.Key("assembly").BeginArray();
+    for (DocumentInstance const& instance : overview.instances) {
+        json.BeginObject().Member("instance", instance.name).Member("part", instance.part);
+        json.Member("nodes", instance.nodes.Size()).Member("elements", instance.elements.Size());
+        json.EndObject();
+    }
+    json.EndArray();
+    json.Member("surfaces", overview.surfaces).Member("orientations", overview.orientations);
+    json.Member("elementClasses", overview.classes);
     json.Key("steps").BeginArray();
     for (JobStep const& step : overview.steps) {
         json.BeginObject()
@@ -150,6 +175,21 @@ std::string JsonText(Options const& options, Overview const& overview) {
     return json.Text();
 }
 
+void AddInstances(Table& table, std::vector<DocumentInstance> const& instances) {
+    table.Line("instances", static_cast<long>(instances.size()));
+    std::size_t shown = 0;
+    for (DocumentInstance const& instance : instances) {
+        if (shown == kMostInstances) {
+            table.Line("  and", static_cast<long>(instances.size() - shown), "more");
+            break;
+        }
+        ++shown;
+        table.Line("  " + instance.name, instance.nodes.Size(),
+                   "nodes, " + std::to_string(instance.elements.Size()) + " elements of part '" +
+                       instance.part + "'");
+    }
+}
+
 std::string PlainText(Options const& options, Overview const& overview) {
     Table table;
     table.Line("document", options.document);
@@ -167,18 +207,29 @@ std::string PlainText(Options const& options, Overview const& overview) {
                    group.type == nullptr ? "" : FamilyName(group.type->family));
     }
     auto const sets = [&table](char const* name, SetOverview const& of) {
-        std::string const remark =
-            of.count == 0 ? ""
-                          : "biggest '" + of.biggest + "' with " + std::to_string(of.biggestSize);
+        std::string remark;
+        if (of.count > 0)
+            remark = "biggest '" + of.biggest + "' with " + std::to_string(of.biggestSize);
+        if (of.internal > 0) {
+            remark +=
+                (remark.empty() ? "" : ", ") + std::to_string(of.internal) + " internal beside";
+        }
         table.Line(name, static_cast<long>(of.count), remark);
     };
     sets("node sets", overview.nodeSets);
     sets("element sets", overview.elementSets);
-    std::string named;
-    for (std::string const& name : overview.instances) {
-        if (!name.empty()) named += (named.empty() ? "" : ", ") + name;
+    if (overview.instances.empty()) {
+        std::string named;
+        for (std::string const& name : overview.labelled) {
+            if (!name.empty()) named += (named.empty() ? "" : ", ") + name;
+        }
+        table.Line("instances", static_cast<long>(overview.labelled.size()), named);
+    } else {
+        AddInstances(table, overview.instances);
     }
-    table.Line("instances", static_cast<long>(overview.instances.size()), named);
+    table.Line("surfaces", overview.surfaces);
+    table.Line("orientations", overview.orientations);
+    table.Line("element classes", overview.classes);
     table.Line("steps", static_cast<long>(overview.steps.size()));
     for (JobStep const& step : overview.steps) {
         table.Line("  " + step.name, step.conditions,

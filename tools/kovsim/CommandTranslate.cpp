@@ -7,6 +7,7 @@
 #include <string>
 
 #include "Commands.h"
+#include "ElementClasses.h"
 #include "Json.h"
 #include "KOVObjDocument.h"
 #include "KOVSimTransaction.h"
@@ -25,7 +26,8 @@ struct Options {
     bool json = false;
 };
 
-std::string JsonSummary(Options const& options, TranslationSummary const& summary, double seconds) {
+std::string JsonSummary(Options const& options, TranslationSummary const& summary, int classes,
+                        double seconds) {
     Json json;
     json.BeginObject();
     json.Member("deck", options.deck).Member("document", options.output);
@@ -35,6 +37,11 @@ std::string JsonSummary(Options const& options, TranslationSummary const& summar
     json.EndObject();
     json.Member("nodeSets", static_cast<long>(summary.nodeSets));
     json.Member("elementSets", static_cast<long>(summary.elementSets));
+    json.Member("parts", static_cast<long>(summary.parts));
+    json.Member("instances", static_cast<long>(summary.instances));
+    json.Member("surfaces", static_cast<long>(summary.surfaces));
+    json.Member("orientations", static_cast<long>(summary.orientations));
+    json.Member("elementClasses", classes);
     json.Member("files", summary.files);
     json.Member("repeatedNodes", summary.repeatedNodes);
     json.Key("unknownKeywords").BeginObject();
@@ -48,7 +55,7 @@ std::string JsonSummary(Options const& options, TranslationSummary const& summar
     return json.Text();
 }
 
-std::string PlainSummary(Options const& options, TranslationSummary const& summary,
+std::string PlainSummary(Options const& options, TranslationSummary const& summary, int classes,
                          double seconds) {
     std::string text = options.deck + " -> " + options.output + "\n";
     auto const line = [&text](std::string const& name, long count) {
@@ -61,6 +68,14 @@ std::string PlainSummary(Options const& options, TranslationSummary const& summa
     for (auto const& type : summary.types) line("  " + type.name, type.count);
     line("node sets", static_cast<long>(summary.nodeSets));
     line("element sets", static_cast<long>(summary.elementSets));
+    auto const some = [&line](std::string const& name, std::size_t count) {
+        if (count > 0) line(name, static_cast<long>(count));
+    };
+    some("parts", summary.parts);
+    some("instances", summary.instances);
+    some("surfaces", summary.surfaces);
+    some("orientations", summary.orientations);
+    line("element classes", classes);
     if (summary.files > 1) line("files", summary.files);
     if (summary.repeatedNodes > 0) line("nodes defined twice", summary.repeatedNodes);
     for (auto const& [keyword, count] : summary.unknownKeywords) line("unknown " + keyword, count);
@@ -75,6 +90,7 @@ int Translate(Options const& options) {
     auto const start = std::chrono::steady_clock::now();
     OutputPlace place(options.output);
     TranslationSummary summary;
+    int classes = 0;
     {
         SystemFiles files;
         Progress progress(options.deck);
@@ -86,12 +102,13 @@ int Translate(Options const& options) {
                                  }});
         summary = translation.Run(options.deck);
         transaction.Commit();
+        classes = ClassifyElements(document);
         document.Close();
     }
     place.Publish();
     std::chrono::duration<double> const seconds = std::chrono::steady_clock::now() - start;
-    Print(options.json ? JsonSummary(options, summary, seconds.count())
-                       : PlainSummary(options, summary, seconds.count()));
+    Print(options.json ? JsonSummary(options, summary, classes, seconds.count())
+                       : PlainSummary(options, summary, classes, seconds.count()));
     return 0;
 }
 

@@ -55,6 +55,8 @@ class DeckReader {
         }
         return false;
     }
+    /// The line at hand comes once more.
+    void TakeAgain() { m_held = true; }
     /// Passes over data lines. False at the end, true with a keyword line next.
     bool SkipToKeyword();
 

@@ -8,6 +8,7 @@
 #include "Failure.h"
 #include "KOVSimCtation.h"
 #include "KOVSimDSet.h"
+#include "KOVSimDataRecord.h"
 #include "KOVSimException.h"
 #include "KOVSimMap.h"
 #include "KOVSimSchema.h"
@@ -74,6 +75,21 @@ std::vector<DocumentSet> DocumentSets(KOVObjDocument const& document, int map) {
         sets.push_back({Plain(at.Key()), KOVSimCSet(position)});
     }
     return sets;
+}
+
+std::vector<DocumentInstance> DocumentInstances(KOVObjDocument const& document) {
+    constexpr int partField = 0;
+    std::vector<DocumentInstance> instances;
+    KOVSimMap const map = document.GetModel().GetMap(schema::Model_instances());
+    for (KOVSimMapiterator at = map.Begin(); at.NotDone(); ++at) {
+        KOVSimPosition const instance = at.Value();
+        DocumentInstance& made = instances.emplace_back();
+        made.name = Plain(at.Key());
+        made.part = Plain(instance.GetDataRecord().ReturnString(partField));
+        made.nodes = KOVSimCSet(instance.GetPosition(schema::Instance_nodes()));
+        made.elements = KOVSimCSet(instance.GetPosition(schema::Instance_elements()));
+    }
+    return instances;
 }
 
 std::vector<int> LabelsByOrdinal(KOVObjDocument const& document, KOVObjLabelerType type,

@@ -59,6 +59,16 @@ struct DocumentSet {
 /// The sets in a map of the model, by ascending name.
 std::vector<DocumentSet> DocumentSets(KOVObjDocument const& document, int map);
 
+/// An instance of an assembly.
+struct DocumentInstance {
+    std::string name;
+    std::string part;
+    KOVSimCSet nodes;
+    KOVSimCSet elements;
+};
+/// The instances of the model, by ascending name; none for a document without an assembly.
+std::vector<DocumentInstance> DocumentInstances(KOVObjDocument const& document);
+
 /// The collection at a position; one without a share for a null position.
 KOVSimCollection CollectionAt(KOVSimPosition const& position);
 /// Its count of members; 0 without a collection.

@@ -200,6 +200,7 @@ void ReadInstance(Translation& translation, DeckReader& reader, KeywordLine cons
     scope.placing = ReadPlacing(reader);
     scope.firstNode = model.NodeCount();
     scope.firstElement = model.ElementCount();
+    scope.nodes = scope.elements = -1;
     assembly.instance = &scope;
     translation.Enter(scope);
     translation.ReadPart(*found->second);

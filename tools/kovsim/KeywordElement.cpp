@@ -157,6 +157,7 @@ void ReadElements(Translation& translation, DeckReader& reader, KeywordLine cons
     LabelTable const& nodeLabels = translation.Current().nodeLabels;
     TypeElements& elements = model.Elements(type);
     int const first = model.ElementCount();
+    model.BeginElements(type);
     bool deferred = false;
     NodeNames nodes;
     int ordinals[kMostNodes];

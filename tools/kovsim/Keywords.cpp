@@ -19,6 +19,7 @@ constexpr KeywordEntry kKeywords[] = {
     {"heading", &Call<ReadHeading>},   {"node", &Call<ReadNodes>},
     {"element", &Call<ReadElements>},  {"nset", &Call<ReadNodeSet>},
     {"elset", &Call<ReadElementSet>},  {"include", &Call<ReadInclude>},
+    {"surface", &Call<ReadSurface>},   {"orientation", &Call<ReadOrientation>},
     {"part", &Call<ReadPart>},         {"endpart", &Call<ReadEndPart>},
     {"assembly", &Call<ReadAssembly>}, {"endassembly", &Call<ReadEndAssembly>},
     {"instance", &Call<ReadInstance>}, {"endinstance", &Call<ReadEndInstance>},

@@ -68,6 +68,8 @@ void ReadElements(Translation& translation, DeckReader& reader, KeywordLine cons
 void ReadNodeSet(Translation& translation, DeckReader& reader, KeywordLine const& line);
 void ReadElementSet(Translation& translation, DeckReader& reader, KeywordLine const& line);
 void ReadInclude(Translation& translation, DeckReader& reader, KeywordLine const& line);
+void ReadSurface(Translation& translation, DeckReader& reader, KeywordLine const& line);
+void ReadOrientation(Translation& translation, DeckReader& reader, KeywordLine const& line);
 void ReadPart(Translation& translation, DeckReader& reader, KeywordLine const& line);
 void ReadEndPart(Translation& translation, DeckReader& reader, KeywordLine const& line);
 void ReadAssembly(Translation& translation, DeckReader& reader, KeywordLine const& line);

@@ -101,6 +101,19 @@ TypeElements& ModelWriter::Elements(ElementType const& type) {
     return elements;
 }
 
+void ModelWriter::BeginElements(ElementType const& type) {
+    if (!m_typeSpans.empty() && m_typeSpans.back().type == &type) return;
+    if (!m_typeSpans.empty() && m_typeSpans.back().first == m_elements) m_typeSpans.pop_back();
+    m_typeSpans.push_back({m_elements, &type});
+}
+
+ModelWriter::TypeSpan const* ModelWriter::SpanOf(int ordinal) const {
+    auto const behind =
+        std::upper_bound(m_typeSpans.begin(), m_typeSpans.end(), ordinal,
+                         [](int a, TypeSpan const& span) { return a < span.first; });
+    return m_typeSpans.data() + (behind - m_typeSpans.begin()) - 1;
+}
+
 void ModelWriter::SetNodes(TypeElements& elements, int ordinal, int const* nodes) {
     // The rows of a block follow its set, which is ascending: an element that was put off begins a
     // new one.

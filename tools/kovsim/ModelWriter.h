@@ -5,6 +5,7 @@
 // of the caller's; after Finish() the caller commits.
 #pragma once
 
+#include <algorithm>
 #include <deque>
 #include <string>
 #include <vector>
@@ -49,8 +50,20 @@ class ModelWriter {
     void ReadNodes(int const* ordinals, int count, double* out);
     int NodeCount() const { return m_nodes; }
 
+    /// The elements from here on are of that type.
+    void BeginElements(ElementType const& type);
     /// A new element's ordinal; its nodes may follow later.
     int NewElement() { return m_elements++; }
+    ElementType const& TypeOf(int ordinal) const { return *SpanOf(ordinal)->type; }
+    /// True if `is(type)` is true for a type of the model.
+    template <class Is>
+    bool AnyType(Is&& is) const {
+        return std::any_of(m_types.begin(), m_types.end(),
+                           [&is](TypeElements const& elements) { return is(*elements.type); });
+    }
+    /// The first of the elements of a run whose type `is` accepts; -1 if there is none.
+    template <class Is>
+    int FirstElement(OrdinalRun const& run, Is&& is) const;
     int ElementCount() const { return m_elements; }
     /// The elements of a type; the element specification is made at the first call.
     TypeElements& Elements(ElementType const& type);
@@ -72,6 +85,13 @@ class ModelWriter {
     void Finish(std::string const& heading);
 
   private:
+    // Elements of one type that follow each other, up to the next span.
+    struct TypeSpan {
+        int first;
+        ElementType const* type;
+    };
+    TypeSpan const* SpanOf(int ordinal) const;
+
     void WriteNodes();
     void WriteElements(TypeElements& elements);
     void WriteAllElements();
@@ -92,7 +112,26 @@ class ModelWriter {
     int m_nodes = 0;
     int m_elements = 0;
     std::deque<TypeElements> m_types;
-    std::size_t m_pending = 0;  ///< node ordinals that wait, over all types
+    std::vector<TypeSpan> m_typeSpans;  ///< ascending
+    std::size_t m_pending = 0;          ///< node ordinals that wait, over all types
 };
+
+template <class Is>
+int ModelWriter::FirstElement(OrdinalRun const& run, Is&& is) const {
+    long long const last = run.first + static_cast<long long>(run.count - 1) * run.stride;
+    TypeSpan const* const end = m_typeSpans.data() + m_typeSpans.size();
+    for (TypeSpan const* span = SpanOf(run.first); span != end && span->first <= last; ++span) {
+        if (!is(*span->type)) continue;
+        long long const steps =
+            span->first <= run.first
+                ? 0
+                : (static_cast<long long>(span->first) - run.first + run.stride - 1) / run.stride;
+        long long const element = run.first + steps * run.stride;
+        if (element <= last && (span + 1 == end || element < span[1].first)) {
+            return static_cast<int>(element);
+        }
+    }
+    return -1;
+}
 
 }  // namespace kov::tool

@@ -1,8 +1,31 @@
 #include "Scope.h"
 
+#include <algorithm>
+
 #include "Names.h"
 
 namespace kov::tool {
+
+NamedSet& NamedSurface::Members(int face, SetTable& sets) {
+    if (face < 0) {
+        if (members == nullptr) members = &sets.MakeUnnamed();
+        return *members;
+    }
+    auto const at = std::lower_bound(faces.begin(), faces.end(), face,
+                                     [](auto const& a, int b) { return a.first < b; });
+    if (at != faces.end() && at->first == face) return *at->second;
+    return *faces.insert(at, {face, &sets.MakeUnnamed()})->second;
+}
+
+Scope const& Scopes::OfElement(int ordinal) const {
+    for (Scope const& scope : m_all) {
+        bool const begun = !scope.IsRoot() && ordinal >= scope.firstElement;
+        if (begun && (scope.elements < 0 || ordinal - scope.firstElement < scope.elements)) {
+            return scope;
+        }
+    }
+    return m_all.front();
+}
 
 Scope* Scopes::FindInstance(std::string_view name) {
     auto const found = m_byName.find(LowerCase(name));

@@ -7,12 +7,16 @@
 #pragma once
 
 #include <deque>
+#include <list>
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
+#include <vector>
 
 #include "DeckReader.h"
 #include "LabelTable.h"
+#include "Names.h"
 #include "Placing.h"
 #include "SetTable.h"
 
@@ -25,6 +29,48 @@ struct Part {
     DeckPlace body;     ///< behind the keyword line
     int line = 0;       ///< of the keyword
     int instances = 0;  ///< how often the body was read
+};
+
+/// A surface: nodes, or faces and edges of elements.
+struct NamedSurface {
+    std::string name;  ///< as it was typed
+    bool ofNodes = false;
+    NamedSet* members = nullptr;  ///< the nodes, or elements as a whole; null for none
+    std::vector<std::pair<int, NamedSet*>> faces;  ///< elements by face, ascending
+
+    /// The members of a face, of none for -1; made in `sets` if there are none yet.
+    NamedSet& Members(int face, SetTable& sets);
+};
+
+/// A system of axes, as it stands in the assembly.
+struct NamedOrientation {
+    std::string name;         ///< as it was typed
+    int system = 0;           ///< 0 rectangular, 1 cylindrical, 2 spherical, 3 Z rectangular
+    double numbers[11] = {};  ///< points a, b, c; axis of a further rotation (0 none), degrees
+};
+
+/// Objects of one scope by name, without regard to case.
+template <class Object>
+class NameTable {
+  public:
+    Object* Find(std::string_view name) {
+        auto const found = m_byName.find(LowerCase(name));
+        return found == m_byName.end() ? nullptr : found->second;
+    }
+    /// A new object of a name that is free.
+    Object& Make(std::string const& name) {
+        Object& object = m_all.emplace_back();
+        object.name = name;
+        m_byName[LowerCase(name)] = &object;
+        return object;
+    }
+    std::size_t Size() const { return m_all.size(); }
+    /// In the order in which they came.
+    std::list<Object> const& All() const { return m_all; }
+
+  private:
+    std::list<Object> m_all;
+    std::unordered_map<std::string, Object*> m_byName;
 };
 
 struct Scope {
@@ -46,7 +92,9 @@ struct Scope {
     LabelTable elementLabels;
     SetTable nodeSets;
     SetTable elementSets;
-    // Ordinals of an instance follow each other.
+    NameTable<NamedSurface> surfaces;
+    NameTable<NamedOrientation> orientations;
+    // Ordinals of an instance follow each other. The counts are -1 until its end.
     int firstNode = 0;
     int nodes = 0;
     int firstElement = 0;
@@ -80,8 +128,12 @@ class Scopes {
     /// A new instance; its name is not taken.
     Scope& MakeInstance(std::string const& name);
 
-    SetPool& NodePool() { return m_nodePool; }
-    SetPool& ElementPool() { return m_elementPool; }
+    /// The instance that has an element; the root for its own.
+    Scope const& OfElement(int ordinal) const;
+
+    /// What surfaces are made of: sets without names, over all scopes.
+    SetTable& SurfaceNodes() { return m_surfaceNodes; }
+    SetTable& SurfaceElements() { return m_surfaceElements; }
 
     /// Another object of the deck that has the key of `name` in `scope`, as a text such as "set
     /// 'S' of instance 'I'"; empty if none has. `stored` gives the name, as it is kept, that an
@@ -92,6 +144,8 @@ class Scopes {
   private:
     SetPool m_nodePool;
     SetPool m_elementPool;
+    SetTable m_surfaceNodes{m_nodePool};
+    SetTable m_surfaceElements{m_elementPool};
     std::deque<Scope> m_all;
     std::unordered_map<std::string, Scope*> m_byName;  ///< key: the name in lower case
 };

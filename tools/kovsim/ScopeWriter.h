@@ -1,5 +1,5 @@
-// ScopeWriter: puts what the scopes of a deck hold into a document, behind its mesh: sets, labels
-// and the records of the instances.
+// ScopeWriter: puts what the scopes of a deck hold into a document, behind its mesh: sets,
+// surfaces, orientations, labels and the records of the instances.
 #pragma once
 
 #include "ModelWriter.h"

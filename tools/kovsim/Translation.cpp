@@ -50,6 +50,8 @@ TranslationSummary Translation::Run(std::string const& deck) {
     for (Scope const& scope : m_scopes.All()) {
         m_summary.nodeSets += scope.nodeSets.Size();
         m_summary.elementSets += scope.elementSets.Size();
+        m_summary.surfaces += scope.surfaces.Size();
+        m_summary.orientations += scope.orientations.Size();
     }
     m_summary.parts = m_assembly.parts.size();
     m_summary.instances = m_scopes.All().size() - 1;
@@ -183,6 +185,13 @@ void Translation::Join(Entity const& entity, NamedSet& set, NamedSet const& othe
     });
 }
 
+void Translation::FailKey(std::string const& what, std::string const& name, std::string const& same,
+                          DeckReader const& reader, int line) const {
+    reader.FailAt(line, what + ShownIn(*m_scope, name) + " and " + what + same +
+                            " both have the key '" + Shown(m_scope->Key(name)) +
+                            "'; expected names that differ");
+}
+
 NamedSet& Translation::MakeSet(Entity const& entity, std::string const& name, bool internal,
                                DeckReader const& reader, int line) {
     SetTable& sets = m_scope->*entity.sets;
@@ -196,12 +205,7 @@ NamedSet& Translation::MakeSet(Entity const& entity, std::string const& name, bo
             NamedSet const* const set = (scope.*entity.sets).Find(other);
             return set == nullptr ? nullptr : &set->name;
         });
-    if (!same.empty()) {
-        std::string const kind = std::string(entity.name) + " set ";
-        reader.FailAt(line, kind + ShownIn(*m_scope, name) + " and " + kind + same +
-                                " both have the key '" + Shown(m_scope->Key(name)) +
-                                "'; expected names that differ");
-    }
+    if (!same.empty()) FailKey(std::string(entity.name) + " set ", name, same, reader, line);
     NamedSet& set = sets.FindOrMake(name);
     set.internal = internal;
     return set;

@@ -47,6 +47,8 @@ struct TranslationSummary {
     std::vector<Type> types;  ///< in the order of their first appearance
     std::size_t nodeSets = 0;
     std::size_t elementSets = 0;
+    std::size_t surfaces = 0;
+    std::size_t orientations = 0;
     std::size_t parts = 0;
     std::size_t instances = 0;
     int files = 0;
@@ -111,6 +113,12 @@ class Translation {
     NamedSet& MakeSet(Entity const& entity, std::string const& name, bool internal,
                       DeckReader const& reader, int line);
 
+    /// A new object of the current scope. Throws at line `line` if the scope has one of that name,
+    /// or another scope has one with the same key. `what`: "surface" or the like.
+    template <class Object>
+    Object& MakeOnce(char const* what, NameTable<Object> Scope::*table, std::string const& name,
+                     DeckReader const& reader, int line);
+
     /// Reads on at `place` in the second pass: `read` takes data lines up to the next keyword.
     /// Blocks of members of a set name that set, so that a reference to it waits for them.
     void Defer(DeckReader const& reader, DeckPlace place, NamedSet* set,
@@ -132,6 +140,8 @@ class Translation {
         bool done = false;
     };
 
+    [[noreturn]] void FailKey(std::string const& what, std::string const& name,
+                              std::string const& same, DeckReader const& reader, int line) const;
     void ReadFile(std::string const& path);
     void Register(DeckReader& reader);
     void TakeKeyword(DeckReader& reader);
@@ -156,5 +166,22 @@ class Translation {
     Pass m_pass = Pass::First;
     std::size_t m_resolving = 0;  ///< depth of the references between deferred sets
 };
+
+template <class Object>
+Object& Translation::MakeOnce(char const* what, NameTable<Object> Scope::*table,
+                              std::string const& name, DeckReader const& reader, int line) {
+    NameTable<Object>& objects = m_scope->*table;
+    if (objects.Find(name) != nullptr) {
+        reader.FailAt(line, std::string(what) + " " + ShownIn(*m_scope, name) +
+                                " is defined a second time; expected each name once");
+    }
+    std::string const same = m_scopes.SameKey(
+        *m_scope, name, [table](Scope& scope, std::string_view other) -> std::string const* {
+            Object const* const object = (scope.*table).Find(other);
+            return object == nullptr ? nullptr : &object->name;
+        });
+    if (!same.empty()) FailKey(std::string(what) + " ", name, same, reader, line);
+    return objects.Make(name);
+}
 
 }  // namespace kov::tool

@@ -39,7 +39,8 @@ VtuExport::VtuExport(KOVObjDocument const& document, VtuExportOptions options)
       m_elements(SpaceAt(m_mesh.GetElementCollection())),
       m_nodeCollection(CollectionAt(m_mesh.GetNodeCollection())),
       m_elementCollection(CollectionAt(m_mesh.GetElementCollection())),
-      m_groups(ElementGroups(document)) {
+      m_groups(ElementGroups(document)),
+      m_instances(DocumentInstances(document)) {
     QueryConnectivity();
 }
 
@@ -230,6 +231,20 @@ void VtuExport::WriteLabels(VtuWriter& file, KOVObjLabelerType type, int space) 
     AppendAll(file, labels);
 }
 
+// The place of each node's or element's instance among the names; -1 for those of the assembly.
+void VtuExport::WriteInstances(VtuWriter& file, KOVSimCSet DocumentInstance::*members,
+                               int space) const {
+    std::vector<int> indices(static_cast<std::size_t>(space), -1);
+    for (std::size_t i = 0; i < m_instances.size(); ++i) {
+        KOVSimCSetIterator at(m_instances[i].*members);
+        for (at.First(); !at.IsDone(); at.Next()) {
+            if (at.CurrentValue() >= space) continue;
+            indices[static_cast<std::size_t>(at.CurrentValue())] = static_cast<int>(i);
+        }
+    }
+    AppendAll(file, indices);
+}
+
 void VtuExport::AddSets(VtuWriter& file, VtuGroup group, std::vector<DocumentSet> const& sets,
                         int space) const {
     for (DocumentSet const& set : sets) {
@@ -283,6 +298,17 @@ VtuExportSummary VtuExport::Write(std::string const& path) {
         file.AddTexts("ElementTypeNames", names);
         file.Add(VtuGroup::CellData, "ElementType", "Int32", 1, 4 * elements,
                  [this](VtuWriter& out) { WriteElementTypes(out); });
+    }
+    if (!m_instances.empty()) {
+        std::vector<std::string> names;
+        for (DocumentInstance const& instance : m_instances) names.push_back(instance.name);
+        file.AddTexts("InstanceNames", names);
+        file.Add(VtuGroup::PointData, "Instance", "Int32", 1, 4 * nodes, [this](VtuWriter& out) {
+            WriteInstances(out, &DocumentInstance::nodes, m_nodes);
+        });
+        file.Add(VtuGroup::CellData, "Instance", "Int32", 1, 4 * elements, [this](VtuWriter& out) {
+            WriteInstances(out, &DocumentInstance::elements, m_elements);
+        });
     }
     if (m_options.sets) {
         auto const nodeSets = DocumentSets(m_document, schema::Model_nodeSets());

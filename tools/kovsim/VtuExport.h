@@ -72,6 +72,7 @@ class VtuExport {
     void WriteCellTypes(VtuWriter& file);
     void WriteElementTypes(VtuWriter& file);
     void WriteLabels(VtuWriter& file, KOVObjLabelerType type, int space) const;
+    void WriteInstances(VtuWriter& file, KOVSimCSet DocumentInstance::*members, int space) const;
     void AddSets(VtuWriter& file, VtuGroup group, std::vector<DocumentSet> const& sets,
                  int space) const;
 
@@ -83,6 +84,7 @@ class VtuExport {
     KOVSimCollection m_nodeCollection;
     KOVSimCollection m_elementCollection;
     std::vector<ElementGroup> m_groups;
+    std::vector<DocumentInstance> m_instances;
     std::vector<Drawer> m_drawers;
 };
 
