@@ -37,7 +37,8 @@ class Row:
     bar: str
     met: typing.Callable  # of the results: True, False, or None where there is nothing to compare
     limits: tuple = ("plain file", "mapped file", "plain loop", "plain merge", "look-ups alone",
-                     "labels read", "fgets, strtod", "mmap, from_chars")
+                     "labels read", "fgets, strtod", "mmap, from_chars",
+                     "plain copy")
 
 
 def fastest(results, row):
@@ -168,6 +169,23 @@ def labels(nodes, counts):
     ]
 
 
+def parts(elements):
+    def held(row, bound, most):
+        return lambda results: results.get(row) < bound and results.peak(row) < most
+
+    of = f"of a model of {elements:,} hexahedra"
+    # What is compared at a time: labels and ordinals of both documents.
+    labels = 30 + 16 * 1.02 * elements / 1e6
+    return [
+        Row("parts.half", "sub-model of the first half " + of, seconds, "below 10 s and 100 MB",
+            held("parts.half", 10, 100)),
+        Row("parts.odd", "sub-model of every second element " + of, seconds,
+            "below 20 s and 100 MB", held("parts.odd", 20, 100)),
+        Row("parts.map", f"two models of {elements:,} hexahedra compared by label", seconds,
+            f"below 5 s; 16 bytes a label: {labels:.0f} MB", held("parts.map", 5, labels)),
+    ]
+
+
 def ROWS(sizes):
     nodes, elements = f"{sizes['nodes']:,} nodes", f"{sizes['elements']:,} hexahedra"
     members = f"{sizes['members']:,} members"
@@ -194,6 +212,7 @@ def ROWS(sizes):
         Row("memory", f"peak memory while translating {sizes['deck_nodes']:,} nodes", megabytes,
             f"100 MB and twice the labels: {100 + 2 * tables:.0f} MB",
             below("memory", 100 + 2 * tables)),
+        *parts(sizes["elements"]),
         Row("open", f"opening a document of {nodes}, reading one node", seconds, "below 0.6 ms",
             below("open", 0.6e-3)),
         *named_sets(sizes["sets"]),

@@ -151,6 +151,35 @@ class Bench:
         deck.unlink()
         self.meshio()
 
+    def parts(self):
+        kovsim = self.build / "bin" / "kovsim"
+        if not self.wanted("parts") or not kovsim.exists():
+            return
+        elements = self.sizes["elements"]
+        deck = self.deck("model.inp", elements)
+        whole, part, copy = (self.folder / name for name in ("a.ksd", "part.ksd", "b.ksd"))
+        with deck.open("a") as file:
+            file.write(f"*ELSET, ELSET=half, GENERATE\n1, {elements // 2}\n"
+                       f"*ELSET, ELSET=odd, GENERATE\n1, {elements // 2 * 2 - elements // 20}, 2\n")
+        timed([kovsim, "translate", deck, "-o", whole])
+        deck.unlink()
+        for _ in range(min(self.sizes["rounds"], 3)):
+            for name in ("half", "odd"):
+                seconds, peak = timed([kovsim, "extract", whole, "--set", name, "-o", part])
+                self.results.add("parts." + name, "ours", seconds, peak)
+                start = time.perf_counter()
+                shutil.copytree(part, copy)
+                os.sync()
+                self.results.add("parts." + name, "plain copy", time.perf_counter() - start)
+                shutil.rmtree(part)
+                shutil.rmtree(copy)
+        timed([kovsim, "compact", whole, "-o", copy])
+        for _ in range(min(self.sizes["rounds"], 3)):
+            seconds, peak = timed([kovsim, "map", whole, copy])
+            self.results.add("parts.map", "ours", seconds, peak)
+        shutil.rmtree(whole)
+        shutil.rmtree(copy)
+
     def meshio(self):
         deck = self.deck("small.inp", self.sizes["meshio_nodes"])
         try:
@@ -232,7 +261,8 @@ def main():
         sizes["rounds"] = options.rounds
     with tempfile.TemporaryDirectory(prefix="kov-bench-", dir=options.dir) as folder:
         bench = Bench(options, sizes, pathlib.Path(folder))
-        for part in (bench.bulk, bench.inverse, bench.sets, bench.names, bench.labels, bench.text):
+        for part in (bench.bulk, bench.inverse, bench.sets, bench.names, bench.labels, bench.text,
+                     bench.parts):
             part()
     absent = [peer for peer in PEERS if bench.program("bulk_" + peer) is None]
     lines = [f"Measured on {machine()}; medians of {sizes['rounds']} runs.", ""] + table(bench)
