@@ -34,6 +34,24 @@ TEST(Json, WritesOneLine) {
     EXPECT_EQ(json.Text(), "{\"a\": 1, \"b\": [1, 2]}\n");
 }
 
+TEST(Json, KeepsABracketOnOneLine) {
+    Json json;
+    json.BeginObject().Key("a").OneLine().BeginArray().Value(1).BeginArray().Value(2).EndArray();
+    json.EndArray().Member("b", 3).EndObject();
+    EXPECT_EQ(json.Text(), "{\n  \"a\": [1, [2]],\n  \"b\": 3\n}\n");
+}
+
+TEST(Json, GivesItselfAwayInPieces) {
+    Json json;
+    json.BeginArray().Value(1);
+    std::string text = json.Take();
+    json.Value(2);
+    text += json.Take();
+    EXPECT_EQ(json.Take(), "");
+    text += json.EndArray().Text();
+    EXPECT_EQ(text, "[\n  1,\n  2\n]\n");
+}
+
 TEST(Json, EscapesText) {
     Json json;
     json.Value(std::string_view("q\" b\\ n\n t\t z\0 \x7f \xc3\xa4", 19));
@@ -69,6 +87,14 @@ TEST(Names, AreUnquotedInPairsOnly) {
     EXPECT_EQ(name, "My Part.Top");
     name = "\"open";
     EXPECT_FALSE(Unquote(name));
+}
+
+TEST(Names, AreQuotedWhereTheyAreNotPlain) {
+    EXPECT_EQ(NameText("Part-1_a\xc3\xa4"), "Part-1_a\xc3\xa4");
+    EXPECT_EQ(NameText(""), "\"\"");
+    EXPECT_EQ(NameText("My Part"), "\"My Part\"");
+    EXPECT_EQ(NameText("a.b"), "\"a.b\"");
+    EXPECT_EQ(NameText("a\x1b[31m\n"), "\"a[31m\"");
 }
 
 TEST(Names, AreShownShortAndWithoutControlCharacters) {

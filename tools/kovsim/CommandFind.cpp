@@ -82,9 +82,10 @@ class Finder {
     }
 
   private:
-    void SetInstance(std::string name) {
+    void SetInstance(std::string const& word) {
+        std::string name = word;
         if (!Unquote(name)) {
-            throw DocumentFault("the quotes of the instance '" + Shown(name) +
+            throw DocumentFault("the quotes of the instance '" + Shown(word) +
                                 "' are not in pairs");
         }
         m_name = name;
@@ -103,7 +104,7 @@ class Finder {
         for (KOVSimMapiterator at = map.Begin(); at.NotDone(); ++at)
             names.push_back(Plain(at.Key()));
         if (std::find(names.begin(), names.end(), name) != names.end()) return;
-        names.insert(names.end(), m_labels.Names().begin(), m_labels.Names().end());
+        names.insert(names.begin(), m_labels.Names().begin(), m_labels.Names().end());
         if (names.empty()) {
             throw DocumentFault("the " + m_options.kind +
                                 "s have no labels; ask for ordinals with --ordinal");

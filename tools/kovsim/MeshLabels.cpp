@@ -200,6 +200,7 @@ void MeshLabels::FoldMarked(int instance, KOVSimCSet const& members,
 
 std::vector<Labelled> MeshLabels::Look(std::vector<int> const& ordinals) const {
     std::vector<Labelled> found(ordinals.size());
+    if (ordinals.empty()) return found;
     KOVSimCSet const asked =
         m_collection.CreateVolatileCSet(ordinals.data(), static_cast<int>(ordinals.size()), false);
     std::vector<int> members;
