@@ -327,8 +327,14 @@ class Walker {
                 KOVString found;
                 Try([&] { labeler.IsInstanceValid(name); });
                 Try([&] { labeler.GetInstanceLabelsAndOrdinals(name, labels, ordinals); });
-                Try([&] { labeler.GetInstanceLabel(name, ordinals.Size() ? ordinals[0] : 0); });
-                Try([&] { labeler.GetOccurrenceForFlatMeshOrdinal(1, found); });
+                Try([&] { labeler.GetInstanceOrdinals(name).Size(); });
+                Try([&] { labeler.GetInstanceOrdinal(name, labels.Size() ? labels[0] : 1); });
+                // Often enough for the labeler to keep pages and owners.
+                for (int k = 0; k < 8; ++k) {
+                    int const ordinal = k < ordinals.Size() ? ordinals[k] : k;
+                    Try([&] { labeler.GetInstanceLabel(name, ordinal); });
+                    Try([&] { labeler.GetOccurrenceForFlatMeshOrdinal(ordinal, found); });
+                }
             }
         });
     }
