@@ -36,7 +36,8 @@ class Row:
     unit: typing.Callable
     bar: str
     met: typing.Callable  # of the results: True, False, or None where there is nothing to compare
-    limits: tuple = ("plain file", "mapped file", "plain loop", "plain merge", "look-ups alone",
+    limits: tuple = ("unions alone", "read and write", "buffer at hand",
+                     "plain file", "mapped file", "plain loop", "plain merge", "look-ups alone",
                      "labels read", "fgets, strtod", "mmap, from_chars",
                      "plain copy")
 
@@ -186,6 +187,31 @@ def parts(elements):
     ]
 
 
+def classes(elements):
+    def within(row, factor, who):
+        return lambda results: results.get(row) <= factor * results.get(row, who)
+
+    return [
+        Row("classes.ranges", f"classes of {elements:,} elements in 20 ranges", seconds,
+            "twice that of a thousandth of them",
+            within("classes.ranges", 2, "ours, a thousandth")),
+        Row("classes.scattered", f"classes of {elements:,} elements, 20 types scattered", seconds,
+            "1.5 of the unions alone", within("classes.scattered", 1.5, "unions alone")),
+    ]
+
+
+def copied(nodes):
+    def of_plain(row, part):
+        return lambda results: results.get(row) >= part * results.get(row, "read and write")
+
+    return [
+        Row("copy", f"{nodes:,} nodes x 3 copied from a drawer to another", gigabytes,
+            "0.8 of reading and writing", of_plain("copy", 0.8)),
+        Row("copy.permuted", "the same, permuted", gigabytes, "0.6 of reading and writing",
+            of_plain("copy.permuted", 0.6)),
+    ]
+
+
 def ROWS(sizes):
     nodes, elements = f"{sizes['nodes']:,} nodes", f"{sizes['elements']:,} hexahedra"
     members = f"{sizes['members']:,} members"
@@ -201,6 +227,8 @@ def ROWS(sizes):
             near_loop("inverse")),
         Row("inverse.permuted", "the same, permuted", seconds, "within 1.1 of the loop",
             near_loop("inverse.permuted")),
+        *classes(sizes["members"]),
+        *copied(sizes["nodes"]),
         *algebra("range", f"ranges of {members}",
                  dict(union=1e-6, intersection=1e-6, difference=1e-6)),
         *algebra("runs", f"{members} in runs of about 100",

@@ -114,6 +114,18 @@ class Bench:
                 self.run("inverse", elements=self.sizes["elements"], permuted=permuted,
                          runs=self.sizes["rounds"])
 
+    def classes(self):
+        if self.wanted("classes"):
+            for scattered in (0, 1):
+                self.run("classification", elements=self.sizes["members"], scattered=scattered,
+                         runs=self.sizes["rounds"])
+
+    def copy(self):
+        if self.wanted("copy"):
+            for permuted in (0, 1):
+                self.run("copy_distribution", nodes=self.sizes["nodes"], permuted=permuted,
+                         runs=2 * self.sizes["rounds"])
+
     def sets(self):
         if self.wanted("algebra"):
             self.run("set_algebra", members=self.sizes["members"])
@@ -261,7 +273,7 @@ def main():
         sizes["rounds"] = options.rounds
     with tempfile.TemporaryDirectory(prefix="kov-bench-", dir=options.dir) as folder:
         bench = Bench(options, sizes, pathlib.Path(folder))
-        for part in (bench.bulk, bench.inverse, bench.sets, bench.names, bench.labels, bench.text,
+        for part in (bench.bulk, bench.inverse, bench.classes, bench.copy, bench.sets, bench.names, bench.labels, bench.text,
                      bench.parts):
             part()
     absent = [peer for peer in PEERS if bench.program("bulk_" + peer) is None]
