@@ -112,5 +112,9 @@ class KOV_EXPORT KOVSrvLabelMapper {
     int m_nelements = 0;
     KOVSrvLabelMapperQuad* m_nodes = nullptr;
     KOVSrvLabelMapperQuad* m_elements = nullptr;
-    KOVSimArray<KOVString, KOVSimArrayClassPolicy<KOVString>> m_occurrences;
+    using Names = KOVSimArray<KOVString, KOVSimArrayClassPolicy<KOVString>>;
+    Names m_occurrences;  // as last read
+    // As they were when the tables were made: an instance may have nodes and no elements.
+    Names m_nodeOccurrences;
+    Names m_elementOccurrences;
 };

@@ -328,6 +328,25 @@ TEST_P(LabelMapperPairs, InstanceOfThePrimaryAloneAddsNothing) {
     EXPECT_EQ(mapper.GetNodeMappingOrdinalInstanceName(0), "B");
 }
 
+TEST_P(LabelMapperPairs, NodesAndElementsKeepTheirOwnInstances) {
+    for (MeshDocument const* const mesh : {&primary, &secondary}) {
+        RecordNodes(*mesh, "A", {{1, 0}});
+        RecordNodes(*mesh, "C", {{1, 1}});
+        RecordElements(*mesh, "B", {{1, 0}});
+        RecordElements(*mesh, "C", {{1, 1}});
+        RecordElements(*mesh, "D", {{1, 2}});
+    }
+    Reopen();
+    KOVSrvLabelMapper mapper(primary.document.Focus(), secondary.document.Focus());
+    EXPECT_EQ(mapper.GetCommonPrimaryNodeSet().Size(), 2);
+    EXPECT_EQ(mapper.GetCommonPrimaryElementSet().Size(), 3);
+    EXPECT_EQ(mapper.GetNodeMappingOrdinalInstanceName(0), "A");
+    EXPECT_EQ(mapper.GetNodeMappingOrdinalInstanceName(1), "C");
+    EXPECT_EQ(mapper.GetElementMappingOrdinalInstanceName(0), "B");
+    EXPECT_EQ(mapper.GetElementMappingOrdinalInstanceName(1), "C");
+    EXPECT_EQ(mapper.GetElementMappingOrdinalInstanceName(2), "D");
+}
+
 // Few ordinals in a wide range, and rows of two instances with one ordinal, go another way.
 TEST_P(LabelMapperPairs, ScatteredOrdinalsAreSortedToo) {
     RecordNodes(primary, "A", {{1, 999}, {2, 0}, {3, 500}});

@@ -25,7 +25,10 @@ namespace {
 
 using Quad = KOVSrvLabelMapperQuad;
 
-std::size_t Count(int count) { return static_cast<std::size_t>(count); }
+template <class Integer>
+std::size_t Count(Integer count) {
+    return static_cast<std::size_t>(count);
+}
 
 // Ints that hold the members of a set first, and what is collected for them afterwards.
 class Buffer {
@@ -183,8 +186,7 @@ Quad* KOVSrvLabelMapper::RemapBasedOnUserLabels(KOVObjLabelerType type, int& cou
         Quads const q(RemapInstanceBasedOnUserLabels(
             primary, secondary, m_occurrences.ConstGet(instance.index), instance.index, c));
         ntotal += Count(c);
-        CopySorted(q.get(), Count(c), table.get() + n);
-        n += Count(c);
+        n = Count(CopySorted(q.get(), Count(c), table.get() + n) - table.get());
     }
     KOV_UTT_ASSERT(n == ntotal);
     if (ntotal > Count(std::numeric_limits<int>::max()))
@@ -245,11 +247,15 @@ KOVSimCollectionID KOVSrvLabelMapper::GetCollection(KOVSimPosition const& positi
 }
 
 void KOVSrvLabelMapper::NeedElements() {
-    if (!m_elements) m_elements = RemapBasedOnUserLabels(KOVObjLabelerElements, m_nelements);
+    if (m_elements) return;
+    m_elements = RemapBasedOnUserLabels(KOVObjLabelerElements, m_nelements);
+    m_elementOccurrences = m_occurrences;
 }
 
 void KOVSrvLabelMapper::NeedNodes() {
-    if (!m_nodes) m_nodes = RemapBasedOnUserLabels(KOVObjLabelerNodes, m_nnodes);
+    if (m_nodes) return;
+    m_nodes = RemapBasedOnUserLabels(KOVObjLabelerNodes, m_nnodes);
+    m_nodeOccurrences = m_occurrences;
 }
 
 KOVSrvLabelMapper::Ordinals KOVSrvLabelMapper::GetMappingFromPrimaryElementSet(KOVSimCSetID set) {
@@ -316,11 +322,11 @@ int KOVSrvLabelMapper::GetNodeMappingOrdinalUserLabel(int mappingOrdinal) const 
 KOVString KOVSrvLabelMapper::GetElementMappingOrdinalInstanceName(int mappingOrdinal) const {
     KOV_UTT_ASSERT(m_elements != 0);
     KOV_UTT_ASSERT(mappingOrdinal < m_nelements);
-    return m_occurrences.ConstGet(m_elements[mappingOrdinal].instanceIndex);
+    return m_elementOccurrences.ConstGet(m_elements[mappingOrdinal].instanceIndex);
 }
 
 KOVString KOVSrvLabelMapper::GetNodeMappingOrdinalInstanceName(int mappingOrdinal) const {
     KOV_UTT_ASSERT(m_nodes != 0);
     KOV_UTT_ASSERT(mappingOrdinal < m_nnodes);
-    return m_occurrences.ConstGet(m_nodes[mappingOrdinal].instanceIndex);
+    return m_nodeOccurrences.ConstGet(m_nodes[mappingOrdinal].instanceIndex);
 }

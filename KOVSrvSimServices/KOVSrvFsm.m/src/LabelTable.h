@@ -78,20 +78,21 @@ inline bool IsSortedByPrimaryOrdinal(KOVSrvLabelMapperQuad const* rows, std::siz
                           });
 }
 
-/// Copies rows to `to`, sorted by their primary ordinals. Each row goes where its rank says; qsort,
-/// which takes several times as long, is left for ordinals that are few in a wide range, or that
-/// two instances share. Following the ranks in place would wait for memory at each row.
-inline void CopySorted(KOVSrvLabelMapperQuad const* rows, std::size_t count,
-                       KOVSrvLabelMapperQuad* to) {
+/// Copies rows to `to`, sorted by their primary ordinals, and gives the end of the copy. Each row
+/// goes where its rank says; qsort, which takes several times as long, is left for ordinals that
+/// are few in a wide range, or that two instances share. Following the ranks in place would wait
+/// for memory at each row.
+inline KOVSrvLabelMapperQuad* CopySorted(KOVSrvLabelMapperQuad const* rows, std::size_t count,
+                                         KOVSrvLabelMapperQuad* to) {
+    if (IsSortedByPrimaryOrdinal(rows, count)) return std::copy_n(rows, count, to);
     OrdinalRanks ranks;
-    if (IsSortedByPrimaryOrdinal(rows, count)) {
-        std::copy_n(rows, count, to);
-    } else if (ranks.Build(rows, count)) {
+    if (ranks.Build(rows, count)) {
         for (std::size_t i = 0; i < count; ++i) to[ranks.Of(rows[i])] = rows[i];
-    } else {
-        std::copy_n(rows, count, to);
-        std::qsort(to, count, sizeof *to, KOVSrvLabelMapper::IntQuadCompare);
+        return to + count;
     }
+    KOVSrvLabelMapperQuad* const end = std::copy_n(rows, count, to);
+    std::qsort(to, count, sizeof *to, KOVSrvLabelMapper::IntQuadCompare);
+    return end;
 }
 
 }  // namespace kov::fsm
