@@ -35,7 +35,8 @@ class CommandLine : public ::testing::Test {
 TEST_F(CommandLine, ExplainsItself) {
     auto const help = work.Run({"--help"});
     EXPECT_EQ(help.status, 0);
-    for (char const* const name : {"translate", "info", "verify", "compact", "export", "monitor"}) {
+    for (char const* const name :
+         {"translate", "info", "sets", "find", "classes", "verify", "compact", "export", "monitor"}) {
         EXPECT_NE(help.output.find(name), std::string::npos) << name;
         auto const own = work.Run({name, "--help"});
         EXPECT_EQ(own.status, 0);

@@ -343,6 +343,59 @@ TEST_F(Sets, OfADeckAreShown) {
     EXPECT_EQ(Show({"My Beams"}), "element set \"My Beams\": 2 elements\n  \"\": 8-9\n");
 }
 
+// What a translator writes is found as its deck names it.
+TEST_F(Sets, OfATranslatedAssemblyAreShown) {
+    Translate(
+        "*PART, NAME=Plate\n*NODE, NSET=All\n1, 0, 0\n2, 1, 0\n3, 1, 1\n4, 0, 1\n5, 0.5, 0.5\n"
+        "*ELEMENT, TYPE=S4R, ELSET=E\n7, 1, 2, 3, 4\n*ELEMENT, TYPE=S3, ELSET=T\n8, 1, 2, 5\n"
+        "*SURFACE, NAME=Top\nE, SPOS\nT, E2\n*ORIENTATION, NAME=Ori, SYSTEM=CYLINDRICAL\n"
+        "0, 0, 0, 0, 0, 1\n3, 30\n*END PART\n*ASSEMBLY, NAME=A\n*INSTANCE, NAME=Plate-1, "
+        "PART=Plate\n*END INSTANCE\n*INSTANCE, NAME=\"My Plate\", PART=Plate\n5, 0, 0\n"
+        "*END INSTANCE\n*NODE\n100, 9, 9, 9\n*NSET, NSET=Both\nPlate-1.All, \"My Plate\".All, 100\n"
+        "*NSET, NSET=Picked, INTERNAL, INSTANCE=Plate-1\n2, 3\n*SURFACE, NAME=Bolt, TYPE=NODE\n"
+        "Plate-1.All\n100\n*END ASSEMBLY\n");
+    EXPECT_EQ(Show({"Both"}),
+              "node set Both: 11 nodes\n  \"\": 100\n  \"My Plate\": 1-5\n  Plate-1: 1-5\n");
+    EXPECT_EQ(Show({"\"My Plate\".All"}),
+              "node set \"My Plate_All\": 5 nodes\n  \"My Plate\": 1-5\n");
+    EXPECT_EQ(
+        Show({"Plate-1.Top"}),
+        "surface Plate-1_Top: 1 face, 1 edge\n  SPOS\n    Plate-1: 7\n  E2\n    Plate-1: 8\n");
+    EXPECT_EQ(Show({"Bolt"}), "surface Bolt: 6 nodes\n  nodes\n    \"\": 100\n    Plate-1: 1-5\n");
+    EXPECT_EQ(Show({"Picked"}), "internal node set Picked: 2 nodes\n  Plate-1: 2-3\n");
+    EXPECT_EQ(Show({"\"My Plate\".\"Ori\""}),
+              "orientation \"My Plate_Ori\": cylindrical\n"
+              "  a 5, 0, 0\n"
+              "  b 5, 0, 1\n"
+              "  c 5, 0, 0\n"
+              "  rotated by 30 degrees about axis 3\n"
+              "  first axis point 5, 0, 0\n"
+              "  second axis point 5, 0, 1\n");
+    EXPECT_EQ(
+        Show({"Plate-1.Tap"}),
+        "no set named 'Plate-1.Tap'; did you mean 'Plate-1_Top', 'Plate-1_T' or 'Plate-1_All'?\n");
+    JsonValue const list = Json({});
+    EXPECT_EQ(list["instances"][1]["name"].text, "My Plate");
+    EXPECT_EQ(list["instances"][1]["part"].text, "Plate");
+    EXPECT_EQ(list["internalNodeSets"][0]["name"].text, "Picked");
+    Workshop::Result const classes = work.Run({"classes", "m.ksd"});
+    EXPECT_EQ(classes.status, 0);
+    EXPECT_EQ(classes.output,
+              "2 element classes\n"
+              "QUADRILATERAL_4\n"
+              "  first specification  S4R\n"
+              "  specifications       S4R\n"
+              "  elements             2\n"
+              "  from                 Plate-1 7 to \"My Plate\" 7\n"
+              "TRIANGLE_3\n"
+              "  first specification  S3\n"
+              "  specifications       S3\n"
+              "  elements             2\n"
+              "  from                 Plate-1 8 to \"My Plate\" 8\n");
+    EXPECT_EQ(work.Run({"find", "m.ksd", "element", "My Plate", "8"}).output,
+              "element \"My Plate\" 8: ordinal 3, S3, nodes \"My Plate\": 1, 2, 5\n");
+}
+
 TEST_F(Sets, AnEmptyDocumentHasNone) {
     Make([](KOVObjDocument const&) {});
     EXPECT_EQ(Show({}),
