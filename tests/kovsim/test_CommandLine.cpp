@@ -35,8 +35,8 @@ class CommandLine : public ::testing::Test {
 TEST_F(CommandLine, ExplainsItself) {
     auto const help = work.Run({"--help"});
     EXPECT_EQ(help.status, 0);
-    for (char const* const name :
-         {"translate", "info", "sets", "find", "classes", "verify", "compact", "export", "monitor"}) {
+    for (char const* const name : {"translate", "info", "sets", "find", "classes", "verify",
+                                   "compact", "export", "monitor"}) {
         EXPECT_NE(help.output.find(name), std::string::npos) << name;
         auto const own = work.Run({name, "--help"});
         EXPECT_EQ(own.status, 0);
@@ -203,6 +203,11 @@ TEST_F(CommandLine, ADeckFromAPipeIsTranslatedUnlessItRefersForward) {
     EXPECT_EQ(forward.errors,
               "kovsim: pipe:2: refers to what is not defined before; expected a regular file, "
               "which can be read twice\n");
+    auto const parts = translate("*HEADING\nx\n*PART, NAME=A\n*NODE\n1\n*END PART\n");
+    EXPECT_EQ(parts.status, 2);
+    EXPECT_EQ(parts.errors,
+              "kovsim: pipe:3: a deck with parts; expected a regular file, as parts are read once "
+              "for each instance\n");
     fs::remove(pipe);
     EXPECT_EQ(Entries(work.Folder()), Names{"deck.inp"});
 }

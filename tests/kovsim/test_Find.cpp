@@ -190,6 +190,24 @@ TEST_F(Find, LabelsFromStandardInput) {
     EXPECT_EQ(ReadFile(work / "err"), "");
 }
 
+TEST_F(Find, ClosedStreamsAreToldAndNoFileTakesTheirPlace) {
+    Make(BuildAssembly);
+    std::string const head = "cd " + work.Folder() + " && '" + Process::Program() + "' ";
+    int const input = std::system((head + "find m.ksd node P-1 - <&- > out 2> err").c_str());
+    EXPECT_EQ(WEXITSTATUS(input), 2);
+    EXPECT_EQ(ReadFile(work / "err"), "kovsim: cannot read standard input: Bad file descriptor\n");
+    int const output = std::system((head + "find m.ksd node P-1 7 >&- 2> err").c_str());
+    EXPECT_EQ(WEXITSTATUS(output), 2);
+    EXPECT_EQ(ReadFile(work / "err"),
+              "kovsim: cannot write to standard output: Bad file descriptor\n");
+    WriteFile(work / "d.inp", "*NODE\n1, 1\n");
+    int const all = std::system((head + "translate d.inp -o c.ksd <&- >&- 2>&-").c_str());
+    EXPECT_EQ(WEXITSTATUS(all), 2);
+    int const only = std::system((head + "translate d.inp -o e.ksd <&- 2>&- > out").c_str());
+    EXPECT_EQ(WEXITSTATUS(only), 0);
+    EXPECT_EQ(work.Run({"verify", "e.ksd"}).status, 0);
+}
+
 // More than one block of questions, each answered as if it were the only one.
 TEST_F(Find, ManyLabelsAreAnsweredInTheirOrder) {
     int const count = 30000;

@@ -1,6 +1,10 @@
 // kovsim: keyword decks into documents, and what is in documents.
 
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <CLI/CLI.hpp>
+#include <cerrno>
 #include <cstdio>
 #include <exception>
 #include <new>
@@ -42,6 +46,15 @@ int Run(int argc, char** argv) {
     return action();
 }
 
+// A file that is opened while a standard stream is closed would take its number, and what is
+// printed would go there. What takes the number instead can be neither read nor written.
+void KeepStandardStreams() {
+    for (int const stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        if (fcntl(stream, F_GETFD) == -1 && errno == EBADF)
+            open("/dev/null", stream == STDIN_FILENO ? O_WRONLY : O_RDONLY);
+    }
+}
+
 int Report(char const* text) {
     std::fprintf(stderr, "kovsim: %s\n", text);
     return 2;
@@ -50,6 +63,7 @@ int Report(char const* text) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    KeepStandardStreams();
     int interrupt = 0;
     try {
         return Run(argc, argv);
