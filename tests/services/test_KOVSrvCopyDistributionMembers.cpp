@@ -132,6 +132,18 @@ TEST_P(CopyMembers, TransformSeesEachDrawerOnce) {
     EXPECT_THAT(watcher.sets, ElementsAre(std::vector<int>{3}, std::vector<int>{0}));
 }
 
+class Throwing : public KOVSrvDistributionTransform {
+  public:
+    void Update(void*, SetIDs&) const override { KOVSimException::ThrowText("not these numbers"); }
+};
+
+TEST_P(CopyMembers, WhatTheTransformThrowsReachesTheCaller) {
+    Add(read, kPlain, {1, 2, 3}, {0, 12});
+    EXPECT_THROW(CopyAll(500, Throwing()), KOVSimException);
+    Reopen();
+    EXPECT_THAT(KindsOf(written), IsEmpty());
+}
+
 TEST_P(CopyMembers, OneDimensionIsCopiedAlike) {
     InTransaction([&] {
         read = NewDistribution(mesh.document, {mesh.nodes});

@@ -1,3 +1,4 @@
+#include <climits>
 #include <vector>
 
 #include "KOVSrvEltClassBuilderImplShape.h"
@@ -173,6 +174,31 @@ TEST_P(EltClassification, BuilderOfShapesGivesTheSame) {
     EXPECT_EQ(ClassDocument::Membership(mesh.Mesh().GetElementClassification()),
               (std::vector<Class>{{0, {1}}}));
     EXPECT_EQ(built.ID().data.minor, mesh.Mesh().GetElementClassification().ID().data.minor);
+}
+
+// Two thousand million elements: none of them is visited.
+TEST_P(EltClassification, ElementsOfTheLargestMeshAreNotVisited) {
+    constexpr int kTypes = 20, kCount = INT_MAX / kTypes;
+    mesh.AddSpecifications(std::vector<int>(kTypes, zdm_Shape_TETRAHEDRON_4));
+    std::vector<KOVSimCompartment> compartments;
+    {
+        auto const transaction = mesh.Write();
+        mesh.elements.ExtendSpace(INT_MAX);
+        transaction->Commit();
+    }
+    for (int type = 0; type < kTypes; ++type) {
+        compartments.push_back(ClassDocument::Compartment(
+            {mesh.Spec({type}), mesh.elements.CreateTempCSetStrided(type * kCount, kCount, 1, 1)}));
+    }
+    mesh.Assign(compartments);
+    mesh.Build();
+    mesh.Reopen();
+    KOVSimDSet const membership(mesh.Mesh().GetElementClassification().GetPosition(
+        schema::ElementClassification_membership()));
+    ASSERT_EQ(membership.GetCtation().Size(), 1);
+    KOVSimCSet const& elements = membership.GetCtation().Compartments().ConstGet(0).CSet(1);
+    EXPECT_EQ(elements.Size(), kTypes * kCount);
+    EXPECT_EQ(elements[elements.Size() - 1], kTypes * kCount - 1);
 }
 
 using EltClassificationDeath = testing::Test;
