@@ -475,6 +475,44 @@ TEST_F(Beside, AnAssignmentGoesWithItsSurface) {
               1);
 }
 
+TEST_F(Beside, AnOrientationGoesWithItsInstance) {
+    Write([&] {
+        KOVSimPosition const source = model.document.GetModel();
+        KOVSimPosition const all = source.CreateTypedCollection(0, schema::OrientationCollection());
+        source.SetPosition(schema::Model_orientations(), all);
+        // I-1 stays, I-3 goes. The instance I-3_x stays, as it has nothing to lose.
+        source.GetMap(schema::Model_instances())
+            .Insert("I-3_x", model.document.CreateDataRecord(schema::Instance()).Pos());
+        for (char const* const name : {"I-1_O", "I-3_O", "I-3_used", "I-3_x_O", "Plain", "I-3"}) {
+            KOVSimPosition const orientation = all.AppendMember(schema::Orientation());
+            orientation.SetName(name);
+            orientation.GetDataRecord().SetInt(0, 1);
+            source.GetMap(schema::Model_orientationsByName()).Insert(name, orientation);
+        }
+        KOVSimPosition const section =
+            model.document.CreateDataRecord(schema::Section_Solid()).Pos();
+        section.SetPosition(schema::Section_orientation(),
+                            source.GetMap(schema::Model_orientationsByName()).Find("I-3_used"));
+        source.GetMap(schema::Model_sections()).Insert("S", section);
+    });
+    KOVObjDocument const cut = CutOut();
+    std::string names;
+    KOVSimMap const map = cut.GetModel().GetMap(schema::Model_orientationsByName());
+    for (KOVSimMapiterator at = map.Begin(); at.NotDone(); ++at) {
+        names += tool::Plain(at.Key()) + " ";
+        EXPECT_EQ(tool::Plain(at.Value().Name(-1)), tool::Plain(at.Key()));
+        EXPECT_TRUE(at.Value().IsA(schema::Orientation()));
+    }
+    EXPECT_EQ(names, "I-1_O I-3 I-3_used I-3_x_O Plain ");
+    EXPECT_EQ(tool::SpaceAt(cut.GetModel().GetPosition(schema::Model_orientations())), 5);
+    EXPECT_EQ(cut.GetModel()
+                  .GetMap(schema::Model_sections())
+                  .Find("S")
+                  .GetPosition(schema::Section_orientation())
+                  .ID(),
+              map.Find("I-3_used").ID());
+}
+
 TEST_F(Beside, OneSetUnderTwoNamesStaysOne) {
     Write([&] {
         KOVSimMap const map = model.document.GetModel().GetMap(schema::Model_elementSets());

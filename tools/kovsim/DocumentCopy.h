@@ -6,7 +6,7 @@
 // everything else is made. Sets, datasets and distributions over a cut collection are cut alike and
 // renumbered. What had something in a cut collection and keeps nothing of it is lost: a set, a
 // dataset, a distribution, a drawer, and those records that mean nothing without it (a region, an
-// instance, labels, a field and so on; Falls() in DocumentCopyFate.cpp has the list). Links to lost
+// instance, its orientations, labels, a field and so on; Falls() in DocumentCopyFate.cpp has the list). Links to lost
 // objects are left out, and the collections in which lost records are members close up.
 //
 // Objects that no link leads to are not copied; of associations those that the schema names are.
@@ -71,6 +71,7 @@ class DocumentCopy {
     Fate FateOfDataset(KOVSimDSet const& dset);
     Fate FateOfDistribution(KOVSimDistribution const& distribution);
     Fate FateOfDrawer(KOVSimPosition const& source);
+    Fate FateOfOrientation(KOVSimPosition const& source);
     Fate FateOfRecord(KOVSimPosition const& source);
     Kind KindOf(KOVSimPosition const& source);
 

@@ -9,6 +9,7 @@
 #include "KOVSimSchema.h"
 #include "KOVSimSet.h"
 #include "KOVSimVector.h"
+#include "Names.h"
 
 namespace kov::tool {
 namespace {
@@ -21,7 +22,7 @@ bool Falls(KOVSimPosition const& source) {
     for (int const type :
          {schema::Region(), schema::Instance(), schema::Labels(), schema::SectionAssignment(),
           schema::ElementClass(), schema::Field(), schema::SerialField(), schema::OutputRequest(),
-          schema::FieldEntry(), schema::Constraint()}) {
+          schema::FieldEntry(), schema::Constraint(), schema::Orientation()}) {
         if (source.IsA(type)) return true;
     }
     return false;
@@ -128,7 +129,33 @@ DocumentCopy::Fate DocumentCopy::FateOfDrawer(KOVSimPosition const& source) {
     return PartOfDrawer(*drawer.Description(), dimensions).empty() ? Fate::Lost : Fate::Kept;
 }
 
+// An orientation belongs to an instance by its key alone. It goes with it, unless something else
+// that may stay refers to it.
+DocumentCopy::Fate DocumentCopy::FateOfOrientation(KOVSimPosition const& source) {
+    for (int const member : {schema::Section_orientation(), schema::Layer_orientation(),
+                             schema::AnalyticSurface_Revolution_orientation()}) {
+        if (!source.ReferrersSet(member).Empty()) return Fate::Untouched;
+    }
+    KOVSimPosition const model = m_from.GetModel();
+    if (!model.GetPosition(schema::Model_bulkShellLayers())
+             .GetPosition(schema::BulkShellLayers_orientations())
+             .IsNull()) {
+        return Fate::Untouched;
+    }
+    KOVString const key = source.GetReferenceKey(schema::Model_orientationsByName());
+    std::string_view const name = View(key);
+    KOVSimMap const instances = model.GetMap(schema::Model_instances());
+    // The longest name of an instance that fits: names may hold the joiner themselves.
+    for (std::size_t at = name.rfind('_'); at != std::string_view::npos && at > 0;
+         at = name.rfind('_', at - 1)) {
+        KOVSimPosition const instance = instances.Find(ToKOVString(name.substr(0, at)));
+        if (!instance.IsNull()) return FateOf(instance);
+    }
+    return Fate::Untouched;
+}
+
 DocumentCopy::Fate DocumentCopy::FateOfRecord(KOVSimPosition const& source) {
+    if (source.IsA(schema::Orientation())) return FateOfOrientation(source);
     int kept = 0;
     int lost = 0;
     auto const count = [&](KOVSimPosition const& target) {
