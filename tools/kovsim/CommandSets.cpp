@@ -3,7 +3,6 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <memory>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -13,11 +12,12 @@
 #include "KOVSimDataRecord.h"
 #include "KOVSimMap.h"
 #include "KOVSimSchema.h"
-#include "MemberList.h"
+#include "MeshLabels.h"
 #include "NamedObjects.h"
 #include "Names.h"
 #include "Nearest.h"
 #include "ObjectContent.h"
+#include "ObjectPrinter.h"
 #include "Table.h"
 
 namespace kov::tool {
@@ -77,11 +77,6 @@ std::vector<InstanceEntry> Instances(KOVObjDocument const& document, MeshLabels 
     return instances;
 }
 
-// The heading of a list of one kind, in text and in JSON.
-std::string ListTitle(ObjectKind kind, bool internal) {
-    return (internal ? "internal " : "") + std::string(KindName(kind)) + "s";
-}
-
 char const* ListKey(ObjectKind kind, bool internal) {
     switch (kind) {
         case ObjectKind::Nodes:
@@ -96,12 +91,6 @@ char const* ListKey(ObjectKind kind, bool internal) {
     return "";
 }
 
-bool IsSetKind(ObjectKind kind) {
-    return kind == ObjectKind::Nodes || kind == ObjectKind::Elements;
-}
-
-bool IsSet(NamedObject const& object) { return KOVSimCSetID::CanBeConverted(object.position.ID()); }
-
 void AddToTable(Table& table, KOVObjDocument const& document, NamedObject const& object) {
     std::string const name = "  " + NameText(object.key);
     if (IsSetKind(object.kind)) {
@@ -115,11 +104,6 @@ void AddToTable(Table& table, KOVObjDocument const& document, NamedObject const&
     } else {
         table.Line(name, SystemText(ReadOrientation(object.position)));
     }
-}
-
-void AddSystem(Json& json, OrientationContent const& orientation) {
-    json.Key("system");
-    orientation.system.empty() ? json.Null() : json.Value(orientation.system);
 }
 
 void AddSizes(Json& json, SurfaceContent const& surface) {
@@ -181,150 +165,6 @@ void PrintList(Options const& options, KOVObjDocument const& document) {
 }
 
 // --------------------------------------------------------------------------------- one object
-
-// Prints objects one by one; the labels of nodes and of elements are looked up when first needed.
-class ObjectPrinter {
-  public:
-    explicit ObjectPrinter(KOVObjDocument const& document) : m_document(document) {}
-
-    void Print(NamedObject const& object) {
-        m_out << (object.internal ? "internal " : "") << KindName(object.kind) << " "
-              << NameText(object.key) << ": ";
-        if (IsSetKind(object.kind)) {
-            KOVSimCSet const set = SetOf(object);
-            m_out << CountText(set.Size(), object.kind == ObjectKind::Nodes ? "node" : "element")
-                  << "\n";
-            Members("  ", object.kind, set);
-        } else if (object.kind == ObjectKind::Surface) {
-            SurfaceContent const surface = ReadSurface(m_document, object.position);
-            m_out << SizeText(surface) << "\n";
-            for (auto const* const parts : {&surface.faces, &surface.edges}) {
-                for (SurfacePart const& part : *parts) {
-                    Part(NameText(part.name), ObjectKind::Elements, part.elements);
-                }
-            }
-            Part("elements", ObjectKind::Elements, surface.elements);
-            Part("nodes", ObjectKind::Nodes, surface.nodes);
-        } else {
-            Orientation(ReadOrientation(object.position));
-        }
-    }
-
-    void Print(Json& json, NamedObject const& object) {
-        json.BeginObject().Member("kind", KindWord(object.kind)).Member("name", object.key);
-        json.Member("internal", object.internal);
-        if (IsSetKind(object.kind)) {
-            KOVSimCSet const set = SetOf(object);
-            json.Member("size", set.Size()).Key("members");
-            Members(json, object.kind, set);
-        } else if (object.kind == ObjectKind::Surface) {
-            SurfaceContent const surface = ReadSurface(m_document, object.position);
-            Parts(json, "faces", surface.faces);
-            Parts(json, "edges", surface.edges);
-            json.Key("elements");
-            Members(json, ObjectKind::Elements, surface.elements);
-            json.Key("nodes");
-            Members(json, ObjectKind::Nodes, surface.nodes);
-        } else {
-            Orientation(json, ReadOrientation(object.position));
-        }
-        json.EndObject();
-    }
-
-    TextOut& Out() { return m_out; }
-
-  private:
-    static KOVSimCSet SetOf(NamedObject const& object) {
-        if (IsSet(object)) return KOVSimCSet(object.position);
-        throw DocumentFault("'" + Shown(object.key) + "' stands among the " +
-                            ListTitle(object.kind, object.internal) + ", and is no set");
-    }
-
-    MeshLabels const& Labels(ObjectKind kind) {
-        bool const nodes = kind == ObjectKind::Nodes;
-        std::optional<MeshLabels>& labels = nodes ? m_nodes : m_elements;
-        if (!labels) {
-            labels.emplace(m_document, nodes ? KOVObjLabelerNodes : KOVObjLabelerElements);
-        }
-        return *labels;
-    }
-    void Check(ObjectKind kind, KOVSimCSet const& set) const {
-        bool const nodes = kind == ObjectKind::Nodes;
-        KOVObjMesh const mesh(m_document.GetMesh());
-        KOVSimPosition const all = nodes ? mesh.GetNodeCollection() : mesh.GetElementCollection();
-        if (set.IsEmpty() || set.CollectionID() == all.GetCollection()) return;
-        throw DocumentFault(std::string("the set holds members of a collection that is not that of "
-                                        "the mesh's ") +
-                            (nodes ? "nodes" : "elements"));
-    }
-    void Members(char const* indent, ObjectKind kind, KOVSimCSet const& set) {
-        Check(kind, set);
-        PrintMembers(m_out, indent, Labels(kind), set);
-    }
-    void Members(Json& json, ObjectKind kind, KOVSimCSet const& set) {
-        Check(kind, set);
-        PrintMembers(m_out, json, Labels(kind), set);
-    }
-
-    void Part(std::string const& name, ObjectKind kind, KOVSimCSet const& set) {
-        if (set.IsEmpty()) return;
-        m_out << "  " << name << "\n";
-        Members("    ", kind, set);
-    }
-    void Parts(Json& json, char const* key, std::vector<SurfacePart> const& parts) {
-        json.Key(key).BeginArray();
-        for (SurfacePart const& part : parts) {
-            json.BeginObject().Member("name", part.name).Member("size", part.elements.Size());
-            json.Key("elements");
-            Members(json, ObjectKind::Elements, part.elements);
-            json.EndObject();
-        }
-        json.EndArray();
-    }
-
-    void Point(char const* name, OrientationContent::Point const& point) {
-        if (point.empty()) return;
-        m_out << "  " << name << " " << NumberText(point[0]) << ", " << NumberText(point[1]) << ", "
-              << NumberText(point[2]) << "\n";
-    }
-    void Orientation(OrientationContent const& orientation) {
-        m_out << SystemText(orientation) << "\n";
-        Point("a", orientation.a);
-        Point("b", orientation.b);
-        Point("c", orientation.c);
-        if (orientation.rotationAxis != 0) {
-            m_out << "  rotated by " << NumberText(orientation.rotationAngle)
-                  << " degrees about axis " << orientation.rotationAxis << "\n";
-        }
-        Point("first axis point", orientation.axisPointA);
-        Point("second axis point", orientation.axisPointB);
-    }
-    static void Point(Json& json, char const* name, OrientationContent::Point const& point) {
-        json.Key(name);
-        if (point.empty()) {
-            json.Null();
-            return;
-        }
-        json.OneLine().BeginArray();
-        for (double const number : point) json.Value(number);
-        json.EndArray();
-    }
-    static void Orientation(Json& json, OrientationContent const& orientation) {
-        AddSystem(json, orientation);
-        Point(json, "a", orientation.a);
-        Point(json, "b", orientation.b);
-        Point(json, "c", orientation.c);
-        json.Member("rotationAxis", orientation.rotationAxis);
-        json.Member("rotationAngle", orientation.rotationAngle);
-        Point(json, "axisPointA", orientation.axisPointA);
-        Point(json, "axisPointB", orientation.axisPointB);
-    }
-
-    KOVObjDocument m_document;
-    TextOut m_out;
-    std::optional<MeshLabels> m_nodes;
-    std::optional<MeshLabels> m_elements;
-};
 
 void PrintObjects(Options const& options, KOVObjDocument const& document) {
     std::vector<ObjectKind> const kinds = options.Kinds();
