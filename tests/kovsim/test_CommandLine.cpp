@@ -243,6 +243,20 @@ TEST_P(Interrupted, LeavesNothing) {
 }
 INSTANTIATE_TEST_SUITE_P(Signals, Interrupted, ::testing::Values(SIGINT, SIGTERM, SIGHUP));
 
+TEST_F(CommandLine, AnInterruptionWithinAnAssemblyLeavesNothing) {
+    std::string deck = "*PART, NAME=P\n" + LargeDeck() + "*END PART\n*ASSEMBLY\n";
+    for (int i = 0; i < 20; ++i) {
+        deck += "*INSTANCE, NAME=I" + std::to_string(i) + ", PART=P\n*END INSTANCE\n";
+    }
+    WriteFile(work / "large.inp", deck + "*END ASSEMBLY\n");
+    Process process(work.Folder(), {"translate", "large.inp", "-o", "m.ksd"});
+    ASSERT_TRUE(WaitForPlace(work.Folder()));
+    process.Signal(SIGINT);
+    EXPECT_EQ(process.Wait(), 1000 + SIGINT);
+    EXPECT_EQ(process.Errors(), "kovsim: interrupted\n");
+    EXPECT_EQ(Entries(work.Folder()), (Names{"deck.inp", "large.inp"}));
+}
+
 TEST_F(CommandLine, TheNextRunClearsAwayAfterAKilledOne) {
     WriteFile(work / "large.inp", LargeDeck());
     Process process(work.Folder(), {"translate", "large.inp", "-o", "m.ksd"});

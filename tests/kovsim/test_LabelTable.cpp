@@ -58,6 +58,20 @@ TEST(LabelTable, HasNothingAtFirst) {
     }
 }
 
+TEST(LabelTable, FindsTheLabelOfAnOrdinal) {
+    LabelTable table;
+    for (int label = 1; label <= 5000; ++label) ASSERT_TRUE(table.Insert(label, label + 99));
+    ASSERT_TRUE(table.Insert(2'000'000'007, 17));
+    ASSERT_TRUE(table.Insert(2'000'000'003, 16));
+    for (int i = 0; i < 4000; ++i) ASSERT_TRUE(table.Insert(9'000'000 + i, 100'000 - i));
+    EXPECT_EQ(table.LabelOf(100), 1);
+    EXPECT_EQ(table.LabelOf(5099), 5000);
+    EXPECT_EQ(table.LabelOf(17), 2'000'000'007);
+    EXPECT_EQ(table.LabelOf(16), 2'000'000'003);
+    EXPECT_EQ(table.LabelOf(100'000 - 3999), 9'003'999);
+    EXPECT_EQ(table.LabelOf(3), 0);
+}
+
 TEST(LabelTable, RefusesALabelThatIsThere) {
     CheckedTable table;
     for (int const label : {5, 6, 7, 5, 7, 100, 100, 2147483647, 2147483647}) {

@@ -28,10 +28,16 @@ bool IsOutsideParts(std::string_view keyword) {
            std::end(kOutsideParts);
 }
 
+// A place in the deck, for a message about a line of `reader`.
+std::string At(DeckReader const& reader, std::string const& path, int line) {
+    return path == reader.Path() ? "line " + std::to_string(line)
+                                 : path + ":" + std::to_string(line);
+}
+
 void RefuseInPart(Part const* part, DeckReader const& reader, KeywordLine const& line) {
     if (part == nullptr) return;
     reader.FailAt(line.line, ShownKeyword(line) + " within part '" + Shown(part->name) +
-                                 "', which begins at line " + std::to_string(part->line) +
+                                 "', which begins at " + At(reader, part->path, part->line) +
                                  "; expected *END PART");
 }
 
@@ -39,7 +45,8 @@ void RefuseInInstance(Translation& translation, DeckReader const& reader, Keywor
     Scope const* const instance = translation.Parts().instance;
     if (instance == nullptr) return;
     reader.FailAt(line.line, ShownKeyword(line) + " within instance '" + Shown(instance->name) +
-                                 "', which begins at line " + std::to_string(instance->line) +
+                                 "', which begins at " +
+                                 At(reader, instance->path, instance->line) +
                                  "; expected *END INSTANCE");
 }
 
@@ -103,8 +110,9 @@ void ReadPart(Translation& translation, DeckReader& reader, KeywordLine const& l
     RefuseInPart(translation.CurrentPart(), reader, line);
     RefuseInInstance(translation, reader, line);
     if (assembly.open) {
-        reader.FailAt(line.line, "*PART within the assembly, which begins at line " +
-                                     std::to_string(assembly.line) + "; expected it in front");
+        reader.FailAt(line.line, "*PART within the assembly, which begins at " +
+                                     At(reader, assembly.path, assembly.line) +
+                                     "; expected it in front");
     }
     if (reader.Size() < 0) {
         reader.FailAt(line.line,
@@ -114,7 +122,7 @@ void ReadPart(Translation& translation, DeckReader& reader, KeywordLine const& l
     Part*& known = assembly.byName[LowerCase(name)];
     if (known != nullptr) {
         reader.FailAt(line.line, "part '" + Shown(name) + "' is defined a second time, first at " +
-                                     known->path + ":" + std::to_string(known->line) +
+                                     At(reader, known->path, known->line) +
                                      "; expected each name once");
     }
     RefuseData(reader, line);
@@ -149,8 +157,8 @@ void ReadAssembly(Translation& translation, DeckReader& reader, KeywordLine cons
     RefuseInInstance(translation, reader, line);
     Assembly& assembly = translation.Parts();
     if (assembly.line != 0) {
-        reader.FailAt(line.line, "a second *ASSEMBLY, the first is at " + assembly.path + ":" +
-                                     std::to_string(assembly.line) + "; expected one");
+        reader.FailAt(line.line, "a second *ASSEMBLY, the first is at " +
+                                     At(reader, assembly.path, assembly.line) + "; expected one");
     }
     assembly.path = reader.Path();
     assembly.line = line.line;
@@ -189,7 +197,7 @@ void ReadInstance(Translation& translation, DeckReader& reader, KeywordLine cons
     Scopes& scopes = translation.AllScopes();
     if (Scope const* const other = scopes.FindInstance(name)) {
         reader.FailAt(line.line, "instance '" + Shown(name) + "' is defined a second time, first " +
-                                     "at " + other->path + ":" + std::to_string(other->line) +
+                                     "at " + At(reader, other->path, other->line) +
                                      "; expected each name once");
     }
     ModelWriter const& model = translation.Model();

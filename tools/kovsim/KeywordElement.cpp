@@ -176,10 +176,10 @@ void ReadElements(Translation& translation, DeckReader& reader, KeywordLine cons
                 model.SetNodes(elements, ordinal, ordinals);
             } else {
                 deferred = true;
-                translation.Defer(reader, place, nullptr,
-                                  [&type](Translation& again, DeckReader& from) {
-                                      ReadDeferredElements(again, from, type);
-                                  });
+                translation.DeferElements(reader, place,
+                                          [&type](Translation& again, DeckReader& from) {
+                                              ReadDeferredElements(again, from, type);
+                                          });
             }
         }
         if (lines % kBreath == 0) translation.Breathe(reader);

@@ -3,6 +3,8 @@
 //   label or name of a set, ...
 //   with GENERATE: first, last [, increment]
 //
+// *NSET, NSET=name, ELSET=name                 the nodes of the elements of a set
+//
 // On assembly level members of an instance are `instance.label` and `instance.set`, or plain ones
 // with INSTANCE.
 //
@@ -152,27 +154,70 @@ Scope& MemberScope(Translation& translation, DeckReader const& reader, KeywordLi
     return *instance;
 }
 
-void ReadSet(Translation& translation, DeckReader& reader, KeywordLine const& line,
-             Entity const& kind, char const* nameKey) {
-    KeywordParameters const parameters(reader, line,
-                                       {nameKey, "generate", "instance", "internal", "unsorted"});
-    std::string const name = parameters.Required(nameKey);
-    Scope& from = MemberScope(translation, reader, line, parameters);
+// *NSET, ELSET=: the nodes of the elements of a set, once all elements have their nodes.
+void AddNodesOfElements(Translation& translation, DeckReader& reader, int line, NamedSet& set,
+                        Scope& from, ScopedName const& name) {
+    Scopes& scopes = translation.AllScopes();
+    NamedSet* const elements = FindReference(scopes, from, kElementEntity, name).set;
+    if (elements == nullptr) {
+        reader.FailAt(line, UnknownReference(scopes, from, kElementEntity, name, nullptr));
+    }
+    if (!elements->deferred.empty()) translation.Resolve(*elements, reader);
+    translation.Model().ForNodesOf(elements->members, [&](int const* nodes, int count) {
+        for (int i = 0; i < count;) {
+            int const first = i++;
+            while (i < count && nodes[i] == nodes[i - 1] + 1) ++i;
+            translation.Add(kNodeEntity, set, nodes[first], i - first, 1);
+        }
+    });
+}
+
+void ReadSet(Translation& translation, DeckReader& reader, Entity const& kind,
+             KeywordParameters const& parameters, NamedSet& set, Scope& from) {
     if (parameters.Has("unsorted")) {
         translation.Note("UNSORTED sets, whose order was not kept");
     }
-    NamedSet& set = translation.MakeSet(kind, name, parameters.Has("internal"), reader, line.line);
     MemberReader(translation, kind, set, from, parameters.Has("generate")).Read(reader);
 }
 
 }  // namespace
 
 void ReadNodeSet(Translation& translation, DeckReader& reader, KeywordLine const& line) {
-    ReadSet(translation, reader, line, kNodeEntity, "nset");
+    KeywordParameters const parameters(
+        reader, line, {"nset", "elset", "generate", "instance", "internal", "unsorted"});
+    std::string const name = parameters.Required("nset");
+    Scope& from = MemberScope(translation, reader, line, parameters);
+    NamedSet& set =
+        translation.MakeSet(kNodeEntity, name, parameters.Has("internal"), reader, line.line);
+    if (!parameters.Has("elset")) {
+        ReadSet(translation, reader, kNodeEntity, parameters, set, from);
+        return;
+    }
+    ScopedName elements;
+    elements.text = parameters.Value("elset");
+    for (std::size_t at = elements.text.find('.'); at != std::string::npos;
+         at = elements.text.find('.', at + 1)) {
+        elements.dots.push_back(at);
+    }
+    if (parameters.Has("generate")) {
+        reader.FailAt(line.line, "*NSET with ELSET and GENERATE; expected one of them");
+    }
+    RefuseData(reader, line);
+    translation.Defer(
+        reader, reader.Place(), &set,
+        [&set, &from, elements, line = line.line](Translation& again, DeckReader& place) {
+            AddNodesOfElements(again, place, line, set, from, elements);
+        });
 }
 
 void ReadElementSet(Translation& translation, DeckReader& reader, KeywordLine const& line) {
-    ReadSet(translation, reader, line, kElementEntity, "elset");
+    KeywordParameters const parameters(reader, line,
+                                       {"elset", "generate", "instance", "internal", "unsorted"});
+    std::string const name = parameters.Required("elset");
+    Scope& from = MemberScope(translation, reader, line, parameters);
+    NamedSet& set =
+        translation.MakeSet(kElementEntity, name, parameters.Has("internal"), reader, line.line);
+    ReadSet(translation, reader, kElementEntity, parameters, set, from);
 }
 
 }  // namespace kov::tool

@@ -42,7 +42,12 @@ void AmbiguousKeyword(KOVString const&, KOVSrvKeywordParser::Parameters const&,
 std::span<KeywordEntry const> KeywordTable() { return kKeywords; }
 
 std::string ShownKeyword(KeywordLine const& line) {
-    return "*" + UpperCase(Shown(View(line.keyword)));
+    std::string shown = UpperCase(Shown(View(line.keyword)));
+    // Blanks are no part of a keyword, but users write one here.
+    for (char const* const end : {"ENDPART", "ENDASSEMBLY", "ENDINSTANCE"}) {
+        if (shown == end) shown.insert(3, " ");
+    }
+    return "*" + shown;
 }
 
 KeywordParameters::KeywordParameters(DeckReader const& reader, KeywordLine const& line,

@@ -147,6 +147,45 @@ void ModelWriter::WriteAllElements() {
     for (TypeElements& elements : m_types) WriteElements(elements);
 }
 
+void ModelWriter::ForNodesOf(SetMembers const& elements,
+                             std::function<void(int const*, int)> const& f) {
+    WriteAllElements();
+    std::vector<int> ordinals;
+    elements.ForRuns([&](int first, int count, int stride) {
+        for (int i = 0; i < count; ++i) {
+            ordinals.push_back(first + i * stride);
+            if (ordinals.size() == kBlock) ReadElementNodes(ordinals, f);
+        }
+    });
+    ReadElementNodes(ordinals, f);
+}
+
+void ModelWriter::ReadElementNodes(std::vector<int>& ordinals,
+                                   std::function<void(int const*, int)> const& f) {
+    ThrowIfInterrupted();
+    std::sort(ordinals.begin(), ordinals.end());
+    std::vector<int> nodes;
+    std::vector<int> ofType;
+    for (TypeElements const& elements : m_types) {
+        ofType.clear();
+        for (int const ordinal : ordinals) {
+            if (&TypeOf(ordinal) == elements.type) ofType.push_back(ordinal);
+        }
+        if (ofType.empty()) continue;
+        ofType.erase(std::unique(ofType.begin(), ofType.end()), ofType.end());
+        auto const perElement = static_cast<std::size_t>(elements.type->nodes);
+        std::size_t const before = nodes.size();
+        nodes.resize(before + ofType.size() * perElement);
+        m_connectivity.Read(m_elementCollection.CreateVolatileCSet(
+                                ofType.data(), static_cast<int>(ofType.size()), false),
+                            KOVSimCSet(elements.positions), nodes.data() + before);
+    }
+    std::sort(nodes.begin(), nodes.end());
+    nodes.erase(std::unique(nodes.begin(), nodes.end()), nodes.end());
+    if (!nodes.empty()) f(nodes.data(), static_cast<int>(nodes.size()));
+    ordinals.clear();
+}
+
 // One compartment for each type: (its specification, its elements).
 void ModelWriter::WriteAssignment() {
     if (m_types.empty()) return;

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <deque>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -69,6 +70,9 @@ class ModelWriter {
     TypeElements& Elements(ElementType const& type);
     /// Gives an element its nodes: `type.nodes` ordinals of nodes. Once for each element.
     void SetNodes(TypeElements& elements, int ordinal, int const* nodes);
+    /// Calls f(nodes, count) with the nodes of all elements of a set, in pieces: each piece
+    /// ascending, none twice in it. All elements have their nodes.
+    void ForNodesOf(SetMembers const& elements, std::function<void(int const*, int)> const& f);
     std::deque<TypeElements> const& Types() const { return m_types; }
 
     /// The collections, as large as the ordinals given out so far ask for.
@@ -92,6 +96,8 @@ class ModelWriter {
     };
     TypeSpan const* SpanOf(int ordinal) const;
 
+    void ReadElementNodes(std::vector<int>& ordinals,
+                          std::function<void(int const*, int)> const& f);
     void WriteNodes();
     void WriteElements(TypeElements& elements);
     void WriteAllElements();

@@ -82,7 +82,7 @@ std::string UnknownReference(Scopes& scopes, Scope& scope, Entity const& entity,
     if (instance != nullptr) {
         if (int const label = AsLabel(rest)) {
             return "instance '" + Shown(instance->name) + "' has no " + kind + " " +
-                   std::to_string(label) + "; expected a " + kind + " of the instance";
+                   std::to_string(label) + "; expected " + Plural(entity) + " of the instance";
         }
         NearestSearch search(rest);
         for (NamedSet const& set : (instance->*entity.sets).Sets()) search.Look(set.name);

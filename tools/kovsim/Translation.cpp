@@ -38,6 +38,7 @@ TranslationSummary Translation::Run(std::string const& deck) {
     m_open.clear();
     CheckEnds(*this);
     m_pass = Pass::Second;
+    for (Deferred& block : m_deferredElements) ReadDeferred(block);
     for (std::size_t i = 0; i < m_deferred.size(); ++i) ReadDeferred(m_deferred[i]);
     m_scope = &m_scopes.Root();
     m_repeats.Check(m_model);
@@ -211,16 +212,26 @@ NamedSet& Translation::MakeSet(Entity const& entity, std::string const& name, bo
     return set;
 }
 
-void Translation::Defer(DeckReader const& reader, DeckPlace place, NamedSet* set,
-                        std::function<void(Translation&, DeckReader&)> read) {
-    // A pipe could not even be opened again.
+// A pipe could not even be opened again.
+void Translation::AskForFile(DeckReader const& reader) {
     if (reader.Size() < 0) {
         reader.Fail(
             "refers to what is not defined before; expected a regular file, which can be read "
             "twice");
     }
+}
+
+void Translation::Defer(DeckReader const& reader, DeckPlace place, NamedSet* set,
+                        std::function<void(Translation&, DeckReader&)> read) {
+    AskForFile(reader);
     if (set != nullptr) set->deferred.push_back(m_deferred.size());
     m_deferred.push_back({reader.Path(), place, set, m_scope, std::move(read)});
+}
+
+void Translation::DeferElements(DeckReader const& reader, DeckPlace place,
+                                std::function<void(Translation&, DeckReader&)> read) {
+    AskForFile(reader);
+    m_deferredElements.push_back({reader.Path(), place, nullptr, m_scope, std::move(read)});
 }
 
 void Translation::ReadDeferred(Deferred& block) {

@@ -123,6 +123,10 @@ class Translation {
     /// Blocks of members of a set name that set, so that a reference to it waits for them.
     void Defer(DeckReader const& reader, DeckPlace place, NamedSet* set,
                std::function<void(Translation&, DeckReader&)> read);
+    /// The same for a block of elements. These come first, so that all elements have their nodes
+    /// when anything else is read on.
+    void DeferElements(DeckReader const& reader, DeckPlace place,
+                       std::function<void(Translation&, DeckReader&)> read);
     /// Reads what is deferred for a set, because something refers to it. Throws at `reader`'s line
     /// if that leads back to the set itself.
     void Resolve(NamedSet& set, DeckReader const& reader);
@@ -147,6 +151,7 @@ class Translation {
     void TakeKeyword(DeckReader& reader);
     void NoteUnknown(DeckReader& reader, std::string const& keyword, int line);
     void ReadDeferred(Deferred& block);
+    static void AskForFile(DeckReader const& reader);
 
     DeckFiles& m_files;
     TranslationOptions m_options;
@@ -161,6 +166,7 @@ class Translation {
     std::string m_heading;
     TranslationSummary m_summary;
     std::deque<Deferred> m_deferred;
+    std::deque<Deferred> m_deferredElements;
     std::vector<std::string>
         m_open;  ///< identities of the files that are being read, the main deck first
     Pass m_pass = Pass::First;
