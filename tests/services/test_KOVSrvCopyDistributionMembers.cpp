@@ -94,6 +94,52 @@ TEST_P(CopyMembers, MembersGoWhereTheyArePaired) {
                                            {{30, 0}, 312}}));
 }
 
+TEST_P(CopyMembers, OfAMemberThatIsPairedTwiceTheFirstPairCounts) {
+    Add(read, kPlain, {1, 2, 3}, {0});
+    InTransaction([&] {
+        KOVSimCSetID const component = mesh.Components({0});
+        Copy(written, read,
+             {MeshDocument::Ordered(mesh.nodes, {30, 31, 10, 32, 20, 11}), component},
+             {MeshDocument::Ordered(mesh.nodes, {3, 3, 1, 3, 2, 1}), component});
+    });
+    Reopen();
+    EXPECT_EQ(ContentOf(written), (Entries{{{10, 0}, 100}, {{20, 0}, 200}, {{30, 0}, 300}}));
+}
+
+// Only where both of its pairs are met would it be written twice.
+TEST_P(CopyMembers, TargetThatTwoMembersShareIsRefusedWhereBothAreRead) {
+    Add(read, kPlain, {1, 2}, {0});
+    InTransaction([&] {
+        KOVSimCSetID const component = mesh.Components({0});
+        KOVSimCSetID const targets = MeshDocument::Ordered(mesh.nodes, {7, 9, 7});
+        for (KOVSimCSetID const& from :
+             {mesh.Nodes({1, 2, 3}), MeshDocument::Ordered(mesh.nodes, {3, 1, 2})}) {
+            Copy(written, read, {targets, component}, {from, component});
+        }
+    });
+    EXPECT_EQ(ContentOf(written, 0), (Entries{{{7, 0}, 100}, {{9, 0}, 200}}));
+    EXPECT_EQ(ContentOf(written, 1), (Entries{{{9, 0}, 100}, {{7, 0}, 200}}));
+    Add(read, kPlain, {2, 3}, {0});
+    for (auto const& from : {std::vector<int>{1, 4, 2}, std::vector<int>{2, 4, 1}}) {
+        auto const transaction = mesh.Write();
+        KOVSimCSetID const component = mesh.Components({0});
+        EXPECT_THROW(Copy(written, read, {MeshDocument::Ordered(mesh.nodes, {7, 9, 7}), component},
+                          {MeshDocument::Ordered(mesh.nodes, from), component}),
+                     KOVSimException);
+    }
+}
+
+TEST_P(CopyMembers, MemberThatIsPairedTwiceGoesToItsFirstPartner) {
+    Add(read, kPlain, {1, 2}, {0});
+    InTransaction([&] {
+        KOVSimCSetID const component = mesh.Components({0});
+        Copy(written, read, {MeshDocument::Ordered(mesh.nodes, {30, 10, 20}), component},
+             {MeshDocument::Ordered(mesh.nodes, {2, 1, 2}), component});
+    });
+    Reopen();
+    EXPECT_EQ(ContentOf(written), (Entries{{{10, 0}, 100}, {{30, 0}, 200}}));
+}
+
 // Adds one to each of the numbers and sends them to other nodes.
 class Redirect : public KOVSrvDistributionTransform {
   public:
