@@ -14,6 +14,7 @@
 #include "DocumentReader.h"
 #include "Failure.h"
 #include "KOVObjDocument.h"
+#include "KOVSimMap.h"
 #include "KOVSimSchema.h"
 #include "KOVSimTransaction.h"
 #include "Translation.h"
@@ -58,9 +59,22 @@ void CheckDocument(KOVObjDocument const& document, TranslationSummary const& sum
     }
     Require(inGroups == summary.elements);
     auto const sets = DocumentSets(document, schema::Model_nodeSets());
-    Require(sets.size() == summary.nodeSets);
+    auto const internal = DocumentSets(document, schema::Model_otherNodeSets());
+    Require(sets.size() + internal.size() == summary.nodeSets);
     for (DocumentSet const& set : sets) Require(set.set.Size() <= summary.nodes);
-    Require(DocumentSets(document, schema::Model_elementSets()).size() == summary.elementSets);
+    Require(DocumentSets(document, schema::Model_elementSets()).size() +
+                DocumentSets(document, schema::Model_otherElementSets()).size() ==
+            summary.elementSets);
+    KOVSimPosition const model = document.GetModel();
+    Require(static_cast<std::size_t>(model.GetMap(schema::Model_regions()).Size()) ==
+            summary.surfaces);
+    Require(static_cast<std::size_t>(model.GetMap(schema::Model_orientationsByName()).Size()) ==
+            summary.orientations);
+    auto const instances = DocumentInstances(document);
+    Require(instances.size() == summary.instances);
+    int inInstances = 0;
+    for (DocumentInstance const& instance : instances) inInstances += instance.nodes.Size();
+    Require(inInstances <= summary.nodes);
     std::vector<int> const labels = LabelsByOrdinal(document, KOVObjLabelerNodes, summary.nodes);
     for (int const label : labels) Require(label > 0);
     Require(static_cast<int>(labels.size()) == summary.nodes);
