@@ -137,7 +137,10 @@ struct KOVObjLabeler::Instances {
             owners.emplace(std::move(sets));
         }
         int const owner = owners->Find(ordinal);
-        return owner >= 0 ? &all[static_cast<std::size_t>(owner)] : nullptr;
+        if (owner < 0) return nullptr;
+        LabelledInstance& found = all[static_cast<std::size_t>(owner)];
+        found.Ordinals();  // throws for one of a transaction that was dropped since
+        return &found;
     }
 };
 

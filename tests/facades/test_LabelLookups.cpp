@@ -330,6 +330,48 @@ TEST_P(LabelLookups, LabelsOfADroppedTransactionAreNotGivenOut) {
     EXPECT_EQ(0, Reading().Occurrences().Size());
 }
 
+TEST_P(LabelLookups, OwnersOfADroppedTransactionAreNotGivenOut) {
+    Record(10, {{"A", {{1, 0}}}, {"P", {{1, 1}}}});
+    KOVObjLabeler labeler(Document(), KOVObjLabelerNodes);
+    KOVString name;
+    WriteAndDrop([&] {
+        Set("P", {5, 6}, {1, 2});
+        labeler.Read();
+        // More often than instances are asked one by one.
+        for (int i = 0; i < 10; ++i) EXPECT_TRUE(labeler.GetOccurrenceForFlatMeshOrdinal(2, name));
+        EXPECT_EQ("P", name);
+    });
+    name = "before";
+    EXPECT_THROW(labeler.GetOccurrenceForFlatMeshOrdinal(2, name), KOVSimException);
+    EXPECT_EQ("before", name);
+    EXPECT_TRUE(labeler.GetOccurrenceForFlatMeshOrdinal(0, name)) << "A was recorded before";
+    EXPECT_EQ("A", name);
+    labeler.Read();
+    EXPECT_FALSE(labeler.GetOccurrenceForFlatMeshOrdinal(2, name));
+    EXPECT_TRUE(labeler.GetOccurrenceForFlatMeshOrdinal(1, name));
+    EXPECT_EQ("P", name);
+}
+
+TEST_P(LabelLookups, OfSeveralRecordingsInOneTransactionTheLastCounts) {
+    Write([&] { Extend(20); });
+    Write([&] {
+        Set("P", {1, 2}, {0, 1});
+        KOVObjLabeler const first = Reading();
+        for (int i = 0; i < 10; ++i) EXPECT_EQ(2, first.GetInstanceLabel("P", 1));
+        Set("P", {7, 8, 9}, {1, 2, 11});
+        KOVObjLabeler const second = Reading();
+        for (int i = 0; i < 10; ++i) {
+            EXPECT_EQ(7, second.GetInstanceLabel("P", 1));
+            EXPECT_EQ(-1, second.GetInstanceLabel("P", 0));
+            EXPECT_EQ(2, first.GetInstanceLabel("P", 1)) << "as it was read";
+        }
+        Set("P", {4}, {3});
+        Set("P", {5, 6}, {3, 13});
+    });
+    Reopen();
+    ExpectModel(Reading(), 20, {{"P", {{5, 3}, {6, 13}}}});
+}
+
 // As another writer may leave them: an instance whose labels were not all written.
 TEST_P(LabelLookups, LabelsThatStandTwiceAreAllDelivered) {
     Record(10, {{"P", {{1, 0}, {2, 1}, {3, 2}}}});
