@@ -129,17 +129,6 @@ TEST_P(CopyMembers, TargetThatTwoMembersShareIsRefusedWhereBothAreRead) {
     }
 }
 
-TEST_P(CopyMembers, MemberThatIsPairedTwiceGoesToItsFirstPartner) {
-    Add(read, kPlain, {1, 2}, {0});
-    InTransaction([&] {
-        KOVSimCSetID const component = mesh.Components({0});
-        Copy(written, read, {MeshDocument::Ordered(mesh.nodes, {30, 10, 20}), component},
-             {MeshDocument::Ordered(mesh.nodes, {2, 1, 2}), component});
-    });
-    Reopen();
-    EXPECT_EQ(ContentOf(written), (Entries{{{10, 0}, 100}, {{30, 0}, 200}}));
-}
-
 // Adds one to each of the numbers and sends them to other nodes.
 class Redirect : public KOVSrvDistributionTransform {
   public:
