@@ -4,6 +4,7 @@
 
 // IWYU pragma: begin_exports
 #include "KOVSrvBasic.h"
+#include "KOVSrvBulkShellLayers.h"
 #include "KOVSrvCopyDistribution.h"
 #include "KOVSrvDiagnosticsHandler.h"
 #include "KOVSrvDistributionTransform.h"
@@ -28,6 +29,7 @@
 #include "KOVSrvLabelerType.h"
 #include "KOVSrvNodalCoordinates.h"
 #include "KOVSrvSetMapperFactory.h"
+#include "KOVSrvShellSection.h"
 #include "KOVSrvSsm.h"
 #include "KOVSrvSymbolCollection.h"
 // IWYU pragma: end_exports

@@ -2,6 +2,8 @@
 
 #include <cstdint>
 
+#include "KOVSrvBulkShellLayers.h"
+
 namespace {
 
 constinit std::int32_t s_counter = 0;
@@ -13,5 +15,7 @@ void KOVSrvFsm_initialize(int& count) {
 }
 
 void KOVSrvFsm_finalize(int& count) {
-    if (--s_counter == 0) --count;
+    if (--s_counter != 0) return;
+    --count;
+    omi_SingletonBase<KOVSrvBulkShellLayers>::Finalize();
 }
