@@ -28,6 +28,7 @@
 #include "KOVSrvLabelMapper.h"
 #include "KOVSrvLabelerType.h"
 #include "KOVSrvNodalCoordinates.h"
+#include "KOVSrvSectionServices.h"
 #include "KOVSrvSetMapperFactory.h"
 #include "KOVSrvShellSection.h"
 #include "KOVSrvSsm.h"
