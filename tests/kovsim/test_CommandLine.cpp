@@ -36,7 +36,7 @@ TEST_F(CommandLine, ExplainsItself) {
     auto const help = work.Run({"--help"});
     EXPECT_EQ(help.status, 0);
     for (char const* const name : {"translate", "info", "sets", "find", "classes", "verify",
-                                   "compact", "export", "monitor"}) {
+                                   "compact", "export", "extract", "map", "monitor"}) {
         EXPECT_NE(help.output.find(name), std::string::npos) << name;
         auto const own = work.Run({name, "--help"});
         EXPECT_EQ(own.status, 0);

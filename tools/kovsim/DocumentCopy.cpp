@@ -63,7 +63,6 @@ void CopyField(KOVSimDataRecord const& from, KOVSimDataRecord const& to, int fie
 }
 
 struct Association {
-    int owner;  ///< type of the objects that have it
     int type;
     int member;
 };
@@ -72,15 +71,15 @@ struct Association {
 // schema. The parts of a material's tables stand under numbers that the behaviours choose.
 std::vector<Association> Associations(KOVSimPosition const& source) {
     std::vector<Association> all;
-    if (source.IsA(schema::FocusRecord())) all.push_back({0, schema::FocusRecord(), 1});
+    if (source.IsA(schema::FocusRecord())) all.push_back({schema::FocusRecord(), 1});
     if (source.IsA(schema::SurfaceOutputRecord())) {
-        all.push_back({0, schema::SurfaceOutputRecord(), 0});
+        all.push_back({schema::SurfaceOutputRecord(), 0});
     }
     if (source.IsA(schema::MaterialBehavior())) {
         for (int const type :
              {schema::MaterialTable_dependentData(), schema::MaterialTable_temperatureData(),
               schema::MaterialTable_fieldVariableData()}) {
-            for (int member = 0; member < 32; ++member) all.push_back({0, type, member});
+            for (int member = 0; member < 32; ++member) all.push_back({type, member});
         }
     }
     return all;

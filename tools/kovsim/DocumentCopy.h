@@ -6,8 +6,9 @@
 // everything else is made. Sets, datasets and distributions over a cut collection are cut alike and
 // renumbered. What had something in a cut collection and keeps nothing of it is lost: a set, a
 // dataset, a distribution, a drawer, and those records that mean nothing without it (a region, an
-// instance, its orientations, labels, a field and so on; Falls() in DocumentCopyFate.cpp has the list). Links to lost
-// objects are left out, and the collections in which lost records are members close up.
+// instance, its orientations, labels, a field and so on; Falls() in DocumentCopyFate.cpp has the
+// list). Links to lost objects are left out, and the collections in which lost records are members
+// close up.
 //
 // Objects that no link leads to are not copied; of associations those that the schema names are.
 // Records of mappers, and the degrees of freedom of a mesh, tell about one mesh as a whole and are
@@ -43,6 +44,10 @@ struct ByIdentity {
 
 class DocumentCopy {
   public:
+    /// The members of collections up to this size are looked at one by one; larger ones are arrays
+    /// of places, and hold a record only where a link leads to it.
+    static constexpr int kMostRecords = 1'000'000;
+
     /// `block`: entries of distributions that pass through memory at once.
     DocumentCopy(KOVObjDocument const& from, KOVObjDocument const& to,
                  int block = DistributionCopy::kBlock)

@@ -14,9 +14,6 @@
 namespace kov::tool {
 namespace {
 
-// Collections of more members than this are arrays of places, not of records.
-constexpr int kMostRecords = 1'000'000;
-
 // Records that stand for a part of the mesh, and mean nothing without it.
 bool Falls(KOVSimPosition const& source) {
     for (int const type :

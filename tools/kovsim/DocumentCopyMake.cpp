@@ -16,8 +16,6 @@ namespace {
 
 using CSetIDs = KOVSimArray<KOVSimCSetID, KOVSimArrayCopyClassPolicy<KOVSimCSetID>>;
 
-// Collections of more members than this have no records; see DocumentCopyFate.cpp.
-constexpr int kMostRecords = 1'000'000;
 // Drawers up to so many, each of at most one block, are copied whole.
 constexpr int kMostWholeDrawers = 32;
 
