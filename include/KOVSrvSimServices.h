@@ -31,6 +31,7 @@
 #include "KOVSrvSectionServices.h"
 #include "KOVSrvSetMapperFactory.h"
 #include "KOVSrvShellSection.h"
+#include "KOVSrvShellSectionPoints.h"
 #include "KOVSrvSsm.h"
 #include "KOVSrvSymbolCollection.h"
 // IWYU pragma: end_exports
