@@ -101,6 +101,25 @@ TEST(VtuExport, WritesPointsCellsLabelsAndSets) {
     EXPECT_NE(file.Head().find("NumberOfPoints=\"3\" NumberOfCells=\"3\""), std::string::npos);
 }
 
+TEST(VtuExport, TellsTheInstanceOfPointsAndCells) {
+    InMemory deck(
+        "*PART, NAME=P\n*NODE, NSET=N\n1\n2, 1\n*ELEMENT, TYPE=T3D2\n5, 1, 2\n*END "
+        "PART\n*ASSEMBLY\n"
+        "*INSTANCE, NAME=Left, PART=P\n*END INSTANCE\n*NODE\n9, 5, 5, 5\n"
+        "*INSTANCE, NAME=A, PART=P\n0, 1, 0\n*END INSTANCE\n*ELEMENT, TYPE=SPRING2\n1, Left.2, "
+        "A.1\n"
+        "*NSET, NSET=_I, INTERNAL\nA.1\n*END ASSEMBLY\n");
+    VtuFile const file = Export(deck.Translate());
+    EXPECT_EQ(file.Array<std::int32_t>("PointData/NodeLabel", "Int32"), (Int32s{1, 2, 9, 1, 2}));
+    EXPECT_EQ(file.Array<std::int32_t>("PointData/Instance", "Int32"), (Int32s{1, 1, -1, 0, 0}));
+    EXPECT_EQ(file.Array<std::int32_t>("CellData/Instance", "Int32"), (Int32s{1, 0, -1}));
+    EXPECT_EQ(file.Array<std::int32_t>("Cells/connectivity", "Int32"), (Int32s{0, 1, 3, 4, 1, 3}));
+    EXPECT_EQ(file.Array<std::uint8_t>("PointData/Left_N", "UInt8"), (Bytes{1, 1, 0, 0, 0}));
+    EXPECT_FALSE(file.Has("PointData/_I"));
+    EXPECT_NE(file.Head().find("InstanceNames"), std::string::npos);
+    EXPECT_FALSE(Export(InMemory("*NODE\n1\n").Translate()).Has("PointData/Instance"));
+}
+
 TEST(VtuExport, LeavesOutSetsOnRequest) {
     InMemory deck("*NODE, NSET=N\n1\n");
     VtuFile const file = Export(deck.Translate(), {.sets = false, .progress = {}});
