@@ -9,6 +9,7 @@
 #include "KOVSrvDiagnosticsHandler.h"
 #include "KOVSrvDistributionTransform.h"
 #include "KOVSrvElementConnectivity.h"
+#include "KOVSrvElementLayerProperty.h"
 #include "KOVSrvEltClassBuilderImpl.h"
 #include "KOVSrvEltClassBuilderImplShape.h"
 #include "KOVSrvEltClassificationBuilder.h"
