@@ -74,10 +74,12 @@ class KOV_EXPORT KOVSrvBulkShellLayers : public omi_Singleton<KOVSrvBulkShellLay
                        KOVBasMap<int, double>& values);
 
   protected:
-    using IntegerLayers = KOVBasMap<int, KOVBasMap<int, int>>;     ///< by layer, by section
-    using RealLayers = KOVBasMap<int, KOVBasMap<int, double>>;     ///< by layer, by section
-    using FieldPair = KOVBasPair<KOVSimPosition, KOVSimPosition>;  ///< element set, table field
-    using FieldLayers = KOVBasMap<int, KOVBasVector<FieldPair>>;   ///< by layer, in order of calls
+    // By layer, in the order of calls: what comes twice is sorted out when the layers are written,
+    // where a map of sections would cost a node and a walk through memory for each value.
+    using IntegerLayers = KOVBasMap<int, KOVBasVector<KOVBasPair<int, int>>>;  ///< section, value
+    using RealLayers = KOVBasMap<int, KOVBasVector<KOVBasPair<int, double>>>;  ///< section, value
+    using FieldPair = KOVBasPair<KOVSimPosition, KOVSimPosition>;              ///< set, field
+    using FieldLayers = KOVBasMap<int, KOVBasVector<FieldPair>>;
 
     KOVObjDocument m_document;
     IntegerLayers m_materials;

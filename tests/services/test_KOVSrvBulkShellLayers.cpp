@@ -8,18 +8,6 @@
 namespace kov::test {
 namespace {
 
-using testing::ElementsAre;
-
-// (section, value) of one layer, in the order of iteration.
-template <class Layers>
-auto Layer(Layers const& layers, int layer) {
-    std::vector<std::pair<int, double>> pairs;
-    auto const* const found = layers.Find(layer);
-    if (!found) return pairs;
-    for (auto const& [section, value] : *found) pairs.emplace_back(section, value);
-    return pairs;
-}
-
 class BulkShellLayers : public testing::Test {
   protected:
     ~BulkShellLayers() override { EndBulk(); }
@@ -28,45 +16,6 @@ class BulkShellLayers : public testing::Test {
     }
     KOVSrvBulkShellLayers& bulk = Bulk();
 };
-
-TEST_F(BulkShellLayers, FirstValueOfALayerOfASectionStays) {
-    bulk.AppendMaterial(0, 5, 1);
-    bulk.AppendMaterial(0, 5, 2);
-    bulk.AppendOrientation(0, 5, 1);
-    bulk.AppendOrientation(0, 5, 2);
-    bulk.AppendPly(0, 5, 1);
-    bulk.AppendPly(0, 5, 2);
-    bulk.AppendNumSectionPoints(0, 5, 1);
-    bulk.AppendNumSectionPoints(0, 5, 2);
-    bulk.AppendConstThickness(0, 5, 1);
-    bulk.AppendConstThickness(0, 5, 2);
-    bulk.AppendConstAngle(0, 5, 1);
-    bulk.AppendConstAngle(0, 5, 2);
-    auto const one = ElementsAre(std::pair(5, 1.0));
-    EXPECT_THAT(Layer(bulk.*BulkFields::Materials(), 0), one);
-    EXPECT_THAT(Layer(bulk.*BulkFields::Orientations(), 0), one);
-    EXPECT_THAT(Layer(bulk.*BulkFields::Plies(), 0), one);
-    EXPECT_THAT(Layer(bulk.*BulkFields::NumSectionPoints(), 0), one);
-    EXPECT_THAT(Layer(bulk.*BulkFields::ConstThicknesses(), 0), one);
-    EXPECT_THAT(Layer(bulk.*BulkFields::ConstAngles(), 0), one);
-    EXPECT_EQ(LayersHeld(), (std::vector<int>{1, 1, 1, 1, 1, 1, 0, 0}));
-}
-
-TEST_F(BulkShellLayers, SectionsOfALayerComeAscendingWhateverTheOrderOfCalls) {
-    bulk.AppendConstThickness(1, 3, 0.5);
-    bulk.AppendConstThickness(1, 2, 0.25);
-    bulk.AppendConstThickness(0, 9, 7);
-    EXPECT_THAT(Layer(bulk.*BulkFields::ConstThicknesses(), 1),
-                ElementsAre(std::pair(2, 0.25), std::pair(3, 0.5)));
-    EXPECT_THAT(Layer(bulk.*BulkFields::ConstThicknesses(), 0), ElementsAre(std::pair(9, 7.0)));
-}
-
-TEST_F(BulkShellLayers, LayersOfOneSectionStandApart) {
-    bulk.AppendPly(0, 4, 1);
-    bulk.AppendPly(1, 4, 2);
-    EXPECT_THAT(Layer(bulk.*BulkFields::Plies(), 0), ElementsAre(std::pair(4, 1.0)));
-    EXPECT_THAT(Layer(bulk.*BulkFields::Plies(), 1), ElementsAre(std::pair(4, 2.0)));
-}
 
 TEST_F(BulkShellLayers, PairsOfALayerKeepTheOrderOfCallsAndStandTwiceIfGivenTwice) {
     bulk.AppendDistThickness(2, Some(7), Some(8));

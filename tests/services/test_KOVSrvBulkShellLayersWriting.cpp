@@ -62,6 +62,34 @@ TEST_P(BulkWriting, ALayerIsADrawerOfTheSectionsThatHaveIt) {
                             Row{{2}, {3}, {5.5}}));
 }
 
+TEST_P(BulkWriting, TheFirstValueOfALayerOfASectionStays) {
+    for (int value : {1, 2}) {
+        Bulk().AppendMaterial(0, 5, value);
+        Bulk().AppendOrientation(0, 5, value);
+        Bulk().AppendPly(0, 5, value);
+        Bulk().AppendNumSectionPoints(0, 5, value);
+        Bulk().AppendConstThickness(0, 5, value);
+        Bulk().AppendConstAngle(0, 5, value);
+        // Not the last one when it comes again.
+        for (int section : {7, 4}) Bulk().AppendPly(1, section, value);
+    }
+    WriteAndReopen();
+    for (std::size_t i = 0; i < 6; ++i) {
+        EXPECT_EQ(mesh.StoredRows(kMembers[i]).front(), (Row{{0}, {5}, {1}}));
+    }
+    EXPECT_EQ(mesh.StoredRows(kMembers[2]).back(), (Row{{1}, {4, 7}, {1, 1}}));
+}
+
+TEST_P(BulkWriting, SectionsOfALayerComeAscendingWhateverTheOrderOfCalls) {
+    Bulk().AppendConstThickness(1, 3, 0.5);
+    Bulk().AppendConstThickness(1, 2, 0.25);
+    Bulk().AppendConstThickness(0, 7, 7);
+    Bulk().AppendConstThickness(1, 6, 0.75);
+    WriteAndReopen();
+    EXPECT_THAT(mesh.StoredRows(schema::BulkShellLayers_constThicknesses()),
+                ElementsAre(Row{{0}, {7}, {7}}, Row{{1}, {2, 3, 6}, {0.25, 0.5, 0.75}}));
+}
+
 TEST_P(BulkWriting, EveryKindIsReachedFromTheBulkRecord) {
     AppendAll();
     WriteAndReopen();

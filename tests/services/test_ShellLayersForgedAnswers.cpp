@@ -1,6 +1,7 @@
-// Assertions on the size of a view, which the document layer never answers wrongly by itself. The
-// answer is forged here: this program's own definition of the operation goes before that of the
-// library, which it calls.
+// What goes between the services and the document layer: the number of transfers, and the size of
+// a view, which the document layer never answers wrongly by itself. This program's own definitions
+// of the operations go before those of the library, which they call: they count the calls, and
+// forge the answer.
 #include <dlfcn.h>
 
 #include <cstring>
@@ -12,22 +13,52 @@ namespace {
 // Answers of the operation that are left alone before all are wrong; below 0 for ever.
 int truthful = -1;
 
+struct Transfers {
+    int reads = 0, writes = 0, makes = 0;
+};
+Transfers transfers;
+
+// The library's own definition of the operation of that symbol.
+template <class Function>
+Function Genuine(char const* symbol) {
+    void* const found = dlsym(RTLD_NEXT, symbol);
+    Function function{};
+    static_assert(sizeof function >= sizeof found);
+    std::memcpy(&function, &found, sizeof found);
+    return function;
+}
+
 }  // namespace
 
 int KOVSimTransfer::RequiredBufferSize(int buffer) const {
-    using Function = decltype(&KOVSimTransfer::RequiredBufferSize);
-    static Function const genuine = [] {
-        void* const found = dlsym(RTLD_NEXT, "_ZNK14KOVSimTransfer18RequiredBufferSizeEi");
-        Function function{};
-        static_assert(sizeof function >= sizeof found);
-        std::memcpy(&function, &found, sizeof found);
-        return function;
-    }();
+    static auto const genuine = Genuine<decltype(&KOVSimTransfer::RequiredBufferSize)>(
+        "_ZNK14KOVSimTransfer18RequiredBufferSizeEi");
     int const answer = (this->*genuine)(buffer);
     if (truthful < 0) return answer;
     if (truthful == 0) return answer + 1;
     --truthful;
     return answer;
+}
+
+KOVSimTransfer& KOVSimTransfer::ExecRead() {
+    static auto const genuine =
+        Genuine<decltype(&KOVSimTransfer::ExecRead)>("_ZN14KOVSimTransfer8ExecReadEv");
+    ++transfers.reads;
+    return (this->*genuine)();
+}
+
+KOVSimTransfer& KOVSimTransfer::ExecWrite() {
+    static auto const genuine =
+        Genuine<decltype(&KOVSimTransfer::ExecWrite)>("_ZN14KOVSimTransfer9ExecWriteEv");
+    ++transfers.writes;
+    return (this->*genuine)();
+}
+
+KOVSimTransfer& KOVSimTransfer::ExecMake() {
+    static auto const genuine =
+        Genuine<decltype(&KOVSimTransfer::ExecMake)>("_ZN14KOVSimTransfer8ExecMakeEv");
+    ++transfers.makes;
+    return (this->*genuine)();
 }
 
 namespace kov::test {
@@ -106,6 +137,85 @@ TEST_P(ShellLayersForged, AFailedWriteLeavesTheDocumentAsItWasAndHoldsWhatWasNot
     EXPECT_EQ(mesh.StoredRows(schema::BulkShellLayers_plies()),
               (Rows{Row{{0}, {0}, {1}}, Row{{1}, {0}, {1}}}));
     EXPECT_EQ(LayersHeld(), kNothingHeld);
+}
+
+class ShellLayersTransfers : public ShellTest {
+  protected:
+    // `work` takes that many transfers.
+    template <class Work>
+    void ExpectTransfers(int reads, int writes, int makes, Work work) {
+        transfers = {};
+        work();
+        EXPECT_EQ(transfers.reads, reads);
+        EXPECT_EQ(transfers.writes, writes);
+        EXPECT_EQ(transfers.makes, makes);
+    }
+    // Two layers of all kinds of sections 0 to `count` - 1, and two pairs for each layer.
+    void AppendAll(int count) {
+        for (int section = 0; section < count; ++section) {
+            for (int layer = 0; layer < 2; ++layer) {
+                Bulk().AppendMaterial(layer, section, 1);
+                Bulk().AppendOrientation(layer, section, 1);
+                Bulk().AppendPly(layer, section, 1);
+                Bulk().AppendNumSectionPoints(layer, section, 1);
+                Bulk().AppendConstThickness(layer, section, 1);
+                Bulk().AppendConstAngle(layer, section, 1);
+            }
+        }
+        InTransaction([&] {
+            for (int layer : {0, 0, 1, 1}) {
+                KOVSimPosition const field = mesh.NewField({layer}, {1});
+                Bulk().AppendDistThickness(layer, mesh.ElementSet({layer, 5}), field);
+                Bulk().AppendDistAngle(layer, mesh.ElementSet({layer, 5}), field);
+            }
+        });
+    }
+};
+INSTANTIATE_TEST_SUITE_P(Media, ShellLayersTransfers, testing::Values(Medium::Memory, Medium::Disk),
+                         MediumName);
+
+TEST_P(ShellLayersTransfers, EachDrawerIsMadeAndWrittenOnceWhateverTheNumberOfSections) {
+    for (int sections : {1, 8}) {
+        AppendAll(sections);
+        // 8 kinds of 2 layers, and the reads of 8 pairs.
+        ExpectTransfers(8, 16, 16, [&] { mesh.WriteBulk(); });
+    }
+}
+
+TEST_P(ShellLayersTransfers, ASectionIsReadByOneForEachKindAndOnceOnly) {
+    AppendAll(8);
+    WriteAndReopen();
+    KOVSimPosition const assignment = mesh.Assignment(0);
+    std::unique_ptr<KOVSrvShellSection> section;
+    ExpectTransfers(2, 0, 0, [&] { section = std::make_unique<KOVSrvShellSection>(assignment); });
+    ExpectTransfers(1, 0, 0, [&] { section->GetMaterials(); });
+    ExpectTransfers(1, 0, 0, [&] { section->GetOrientations(); });
+    ExpectTransfers(1, 0, 0, [&] { section->GetPlies(); });
+    ExpectTransfers(1, 0, 0, [&] { section->GetSectionPoints(); });
+    ExpectTransfers(0, 0, 0, [&] {
+        section->GetMaterials();
+        section->GetOrientations();
+        section->GetPlies();
+        section->GetSectionPoints();
+        section->GetConstThicknesses();
+        section->GetConstRotationAngles();
+    });
+    ExpectTransfers(1, 0, 0, [&] { section->UpdateThicknesses(); });
+    ExpectTransfers(1, 0, 0, [&] { section->UpdateRotationAngles(); });
+}
+
+TEST_P(ShellLayersTransfers, ASectionOfNoLayersTakesNone) {
+    InTransaction([&] { mesh.Assign(3, 0, {1}); });
+    AppendAll(8);
+    WriteAndReopen();
+    KOVSimPosition const assignment = mesh.Assignment(1);
+    ExpectTransfers(0, 0, 0, [&] {
+        KOVSrvShellSection const section(assignment);
+        section.GetMaterials();
+        section.GetOrientations();
+        section.GetPlies();
+        section.GetSectionPoints();
+    });
 }
 
 }  // namespace

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <utility>
 
 #include "KOVAssert.h"
 #include "KOVObjMesh.h"
@@ -17,57 +16,49 @@ namespace {
 using Integers = ShellLayerNumbers<int>;
 using Reals = ShellLayerNumbers<double>;
 
-// Adds a value; that of an earlier call stays.
+// Members of a collection with their values.
 template <class Number>
-void Append(KOVBasMap<int, KOVBasMap<int, Number>>& layers, int layer, int section, Number value) {
-    if (KOVBasMap<int, Number>* const sections = layers.Find(layer)) {
-        sections->InsertUnique(section, value);
-        return;
+using Values = KOVBasVector<KOVBasPair<int, Number>>;
+
+template <class Entry>
+void Append(KOVBasMap<int, KOVBasVector<Entry>>& layers, int layer, Entry const& entry) {
+    KOVBasVector<Entry>* entries = layers.Find(layer);
+    if (!entries) {
+        layers.InsertUnique(layer, {});
+        entries = layers.Find(layer);
     }
-    KOVBasMap<int, Number> sections;
-    sections.InsertUnique(section, value);
-    layers.InsertUnique(layer, sections);
+    entries->PushBack(entry);
 }
 
-template <class Pair>
-void AppendPair(KOVBasMap<int, KOVBasVector<Pair>>& layers, int layer, Pair const& pair) {
-    if (KOVBasVector<Pair>* const pairs = layers.Find(layer)) {
-        pairs->PushBack(pair);
-        return;
-    }
-    KOVBasVector<Pair> pairs;
-    pairs.PushBack(pair);
-    layers.InsertUnique(layer, pairs);
+// Puts values into ascending order of the members; of several for one member the first stays.
+template <class Number>
+void Settle(Values<Number>& values) {
+    auto const before = [](auto const& a, auto const& b) { return a.first < b.first; };
+    auto const notBefore = [&](auto const& a, auto const& b) { return !before(a, b); };
+    if (std::adjacent_find(values.begin(), values.end(), notBefore) == values.end()) return;
+    std::stable_sort(values.begin(), values.end(), before);
+    auto const end = std::unique(values.begin(), values.end(),
+                                 [](auto const& a, auto const& b) { return a.first == b.first; });
+    values.Resize(static_cast<int>(end - values.begin()));
 }
 
-// Splits what is ordered by `first` into two arrays.
-template <class Pairs, class Number>
-void Split(Pairs const& pairs, std::size_t n, Integers& keys, ShellLayerNumbers<Number>& values) {
-    keys.resize(n);
-    values.resize(n);
-    std::size_t i = 0;
-    for (auto const& pair : pairs) {
-        keys[i] = pair.first;
-        values[i++] = pair.second;
-    }
-}
-
+// Settles the values of one layer, and writes them.
 template <class Number, class Check>
-void WriteSections(ShellLayerStore& store, KOVBasMap<int, KOVBasMap<int, Number>> const& layers,
-                   Check const& check) {
-    Integers sections;
-    ShellLayerNumbers<Number> values;
-    for (auto const& [layer, bySection] : layers) {
-        Split(bySection, static_cast<std::size_t>(bySection.Size()), sections, values);
-        store.WriteLayer(layer, sections, values, [&](unsigned long len) { check(len, values); });
+void WriteLayer(ShellLayerStore& store, int layer, Values<Number>& values, Check const& check) {
+    Settle(values);
+    auto const n = static_cast<std::size_t>(values.Size());
+    Integers members(n);
+    ShellLayerNumbers<Number> numbers(n);
+    std::size_t i = 0;
+    for (auto const& [member, number] : values) {
+        members[i] = member;
+        numbers[i++] = number;
     }
+    store.WriteLayer(layer, members, numbers, [&](unsigned long len) { check(len, numbers); });
 }
-
-// Elements with their values, in the order in which they were read.
-using ElementValues = ShellLayerNumbers<std::pair<int, double>>;
 
 void ReadField(KOVSimPosition const& elementSet, KOVSimPosition const& field,
-               ElementValues& values) {
+               Values<double>& values) {
     KOVSimPosition const table = field.GetPosition(schema::FieldFTable_table());
     if (table.IsNull()) return;
     double fill = 0.0;
@@ -94,34 +85,7 @@ void ReadField(KOVSimPosition const& elementSet, KOVSimPosition const& field,
     std::size_t i = 0;
     KOVSimCSetIterator element(elements);
     for (element.First(); !element.IsDone(); element.Next()) {
-        values.emplace_back(element.CurrentValue(), buffer[i++]);
-    }
-}
-
-// Puts the values into ascending order of the elements; of several for one element the first stays.
-void Settle(ElementValues& values) {
-    auto const before = [](auto const& a, auto const& b) { return a.first < b.first; };
-    auto const notBefore = [&](auto const& a, auto const& b) { return !before(a, b); };
-    if (std::adjacent_find(values.begin(), values.end(), notBefore) == values.end()) return;
-    std::stable_sort(values.begin(), values.end(), before);
-    values.erase(std::unique(values.begin(), values.end(),
-                             [](auto const& a, auto const& b) { return a.first == b.first; }),
-                 values.end());
-}
-
-// Many elements: sorted at once, where a map would be filled element by element.
-template <class FieldLayers, class Check>
-void WriteElements(ShellLayerStore& store, FieldLayers const& layers, Check const& check) {
-    Integers elements;
-    Reals numbers;
-    for (auto const& [layer, pairs] : layers) {
-        ElementValues values;
-        for (auto const& [elementSet, field] : pairs) {
-            if (!elementSet.IsNull() && !field.IsNull()) ReadField(elementSet, field, values);
-        }
-        Settle(values);
-        Split(values, values.size(), elements, numbers);
-        store.WriteLayer(layer, elements, numbers, [&](unsigned long len) { check(len, numbers); });
+        values.PushBack({element.CurrentValue(), buffer[i++]});
     }
 }
 
@@ -162,19 +126,19 @@ KOVSimRangeType MembersOf(KOVSimPosition const& collection) {
 }
 
 void WriteIntegers(Place const& place, KOVSimRangeType const& range, int member,
-                   KOVBasMap<int, KOVBasMap<int, int>>& layers) {
+                   KOVBasMap<int, Values<int>>& layers) {
     ShellLayerStore store = place.NewStore(schema::BulkLayerSectionDistribution(), range);
-    WriteSections(store, layers, CheckIntegers);
+    for (auto& [layer, values] : layers) WriteLayer(store, layer, values, CheckIntegers);
     place.bulkRecord.SetPosition(member, store.Distribution());
     layers.Clear();
 }
 
 void WriteConstants(Place const& place, KOVObjDocument const& document, char const* label,
-                    int member, KOVBasMap<int, KOVBasMap<int, double>>& layers) {
+                    int member, KOVBasMap<int, Values<double>>& layers) {
     ShellLayerStore store = place.NewStore(schema::BulkLayerSectionDistribution(),
                                            KOVSimRangeType(KOVSimTypeKeyDouble));
     KOVSimPosition const field = store.MakeField(document, label);
-    WriteSections(store, layers, CheckReals);
+    for (auto& [layer, values] : layers) WriteLayer(store, layer, values, CheckReals);
     place.bulkRecord.SetPosition(member, field);
     layers.Clear();
 }
@@ -185,7 +149,13 @@ void WriteDistributed(Place const& place, KOVObjDocument const& document, char c
     ShellLayerStore store = place.NewStore(schema::BulkLayerElementDistribution(),
                                            KOVSimRangeType(KOVSimTypeKeyDouble));
     KOVSimPosition const field = store.MakeField(document, label);
-    WriteElements(store, layers, check);
+    for (auto const& [layer, pairs] : layers) {
+        Values<double> values;
+        for (auto const& [elementSet, table] : pairs) {
+            if (!elementSet.IsNull() && !table.IsNull()) ReadField(elementSet, table, values);
+        }
+        WriteLayer(store, layer, values, check);
+    }
     place.bulkRecord.SetPosition(member, field);
     layers.Clear();
 }
@@ -207,37 +177,37 @@ KOVSrvBulkShellLayers::KOVSrvBulkShellLayers() = default;
 KOVSrvBulkShellLayers::~KOVSrvBulkShellLayers() = default;
 
 void KOVSrvBulkShellLayers::AppendMaterial(int layer, int section, int material) {
-    Append(m_materials, layer, section, material);
+    Append(m_materials, layer, {section, material});
 }
 
 void KOVSrvBulkShellLayers::AppendOrientation(int layer, int section, int orientation) {
-    Append(m_orientations, layer, section, orientation);
+    Append(m_orientations, layer, {section, orientation});
 }
 
 void KOVSrvBulkShellLayers::AppendPly(int layer, int section, int ply) {
-    Append(m_plies, layer, section, ply);
+    Append(m_plies, layer, {section, ply});
 }
 
 void KOVSrvBulkShellLayers::AppendNumSectionPoints(int layer, int section, int count) {
-    Append(m_numSectionPoints, layer, section, count);
+    Append(m_numSectionPoints, layer, {section, count});
 }
 
 void KOVSrvBulkShellLayers::AppendConstThickness(int layer, int section, double thickness) {
-    Append(m_constThicknesses, layer, section, thickness);
+    Append(m_constThicknesses, layer, {section, thickness});
 }
 
 void KOVSrvBulkShellLayers::AppendConstAngle(int layer, int section, double angle) {
-    Append(m_constAngles, layer, section, angle);
+    Append(m_constAngles, layer, {section, angle});
 }
 
 void KOVSrvBulkShellLayers::AppendDistThickness(int layer, KOVSimPosition elementSet,
                                                 KOVSimPosition field) {
-    AppendPair(m_distThicknesses, layer, FieldPair(elementSet, field));
+    Append(m_distThicknesses, layer, FieldPair(elementSet, field));
 }
 
 void KOVSrvBulkShellLayers::AppendDistAngle(int layer, KOVSimPosition elementSet,
                                             KOVSimPosition field) {
-    AppendPair(m_distAngles, layer, FieldPair(elementSet, field));
+    Append(m_distAngles, layer, FieldPair(elementSet, field));
 }
 
 void KOVSrvBulkShellLayers::WriteBulkDistributions(KOVSimPosition position) {
@@ -332,7 +302,7 @@ void KOVSrvBulkShellLayers::WriteDistAngleDistribution() {
 
 void KOVSrvBulkShellLayers::ReadFieldData(KOVSimPosition elementSet, KOVSimPosition field,
                                           KOVBasMap<int, double>& values) {
-    ElementValues read;
+    Values<double> read;
     ReadField(elementSet, field, read);
     for (auto const& [element, value] : read) values.InsertUnique(element, value);
 }
