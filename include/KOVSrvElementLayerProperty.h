@@ -9,9 +9,10 @@
 // an object stands for is told by the numbers given to it.
 //
 // Values of identities and a tree of them: nothing in the document goes with the object. `Add` and
-// `Save` need a transaction of the caller's; an object that was used in a transaction that was
-// dropped is of no further use. Preconditions are checked assertions, which end the process.
-// Whatever the document refuses throws KOVSimException. For one thread at a time.
+// `Save` need a transaction of the caller's. An object that made a table or a drawer in a
+// transaction that was dropped refuses to use it from then on: build a new one. Preconditions are
+// checked assertions, which end the process. Whatever the document refuses throws KOVSimException.
+// For one thread at a time.
 #pragma once
 
 #include "KOVExport.h"

@@ -299,6 +299,31 @@ TEST_P(ElementLayerProperty, DroppedTransactionLeavesTheSavedTableAsItWas) {
     EXPECT_THAT(Lookup({1, 2}, {0}), ElementsAre(3, kUntouched));
 }
 
+TEST_P(ElementLayerProperty, WhatADroppedTransactionMadeIsRefused) {
+    KOVSrvElementLayerProperty unsaved = mesh.Property();
+    {
+        auto const transaction = mesh.Write();
+        Add(unsaved, {1}, {0}, 3);
+    }
+    EXPECT_THROW(unsaved.GetElementLayers(mesh.Elements({1})), KOVSimException);
+    Store({{{1}, {0}, 3}});
+    KOVSrvElementLayerProperty property = mesh.Property();
+    {
+        auto const transaction = mesh.Write();
+        Add(property, {2}, {0}, 4);
+        Add(property, {2}, {5}, 4);
+    }
+    InTransaction([&](KOVSimTransaction& transaction) {
+        EXPECT_THROW(Add(property, {3}, {5}, 6), KOVSimException);
+        // The drawer that was there before serves on.
+        Add(property, {3}, {0}, 6);
+        property.Save(transaction);
+    });
+    mesh.Reopen();
+    EXPECT_EQ(mesh.Blocks(), (Blocks{{{1, 3}, {0}}}));
+    EXPECT_THAT(Lookup({1, 2, 3}, {0}), ElementsAre(3, kUntouched, 6));
+}
+
 TEST_P(ElementLayerProperty, TableWithTheLayersFirstIsReadAndNotWritten) {
     InTransaction([&](KOVSimTransaction&) {
         KOVSrvElementLayerProperty property = mesh.Property();
