@@ -141,6 +141,27 @@ def scoped_names(count):
             for form, (what, tried) in SCOPED_NAMES.items()]
 
 
+def shells(count):
+    values = 4 * 20 * count
+
+    def written(results):
+        return results.get("shells.write") < 5 * results.get("shells.write", "plain file")
+
+    def gathered(results):
+        return (results.get("shells.gather") < 50e-9 * values
+                and results.peak("shells.gather") < 24e-6 * values)
+
+    of = f"of {count:,} shell sections of 20 layers, 4 kinds"
+    return [
+        Row("shells.gather", "layers gathered, " + of, seconds,
+            f"50 ns and 24 bytes a value: {24e-6 * values:.0f} MB", gathered),
+        Row("shells.write", "the same written in bulk, committed", seconds, "5 times the plain file",
+            written),
+        Row("shells.read", "all layers of one of these sections read", seconds, "below 0.2 ms",
+            below("shells.read", 0.2e-3)),
+    ]
+
+
 def labels(nodes, counts):
     rows = []
     for count in counts:
@@ -245,5 +266,6 @@ def ROWS(sizes):
             below("open", 0.6e-3)),
         *named_sets(sizes["sets"]),
         *labels(sizes["labels"], sizes["instances"]),
+        *shells(sizes["shells"]),
         *scoped_names(sizes["names"]),
     ]

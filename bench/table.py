@@ -30,10 +30,10 @@ PEERS = ["hdf5", "netcdf", "exodus", "cgns", "med"]
 FULL = dict(nodes=10_000_000, elements=5_000_000, picked=1_000_000, members=10_000_000,
             sets=[1_000, 10_000, 100_000], peer_sets=[1_000, 10_000], names=100_000,
             deck_nodes=10_000_000, meshio_nodes=500_000,
-            labels=5_000_000, instances=[1, 10, 10_000], rounds=5)
+            labels=5_000_000, instances=[1, 10, 10_000], shells=100_000, rounds=5)
 QUICK = dict(nodes=200_000, elements=100_000, picked=20_000, members=100_000, sets=[100, 1_000],
              peer_sets=[100], names=10_000, deck_nodes=50_000, meshio_nodes=5_000,
-             labels=50_000, instances=[1, 10, 100], rounds=1)
+             labels=50_000, instances=[1, 10, 100], shells=2_000, rounds=1)
 
 
 class Results:
@@ -146,6 +146,11 @@ class Bench:
             for count in self.sizes["instances"]:
                 self.run("labels", nodes=self.sizes["labels"], instances=count,
                          runs=self.sizes["rounds"], map=int(count == 10))
+
+    def shells(self):
+        if self.wanted("shells"):
+            for _ in range(self.sizes["rounds"]):
+                self.run("shell_layers", sections=self.sizes["shells"])
 
     def text(self):
         kovsim = self.build / "bin" / "kovsim"
@@ -273,7 +278,8 @@ def main():
         sizes["rounds"] = options.rounds
     with tempfile.TemporaryDirectory(prefix="kov-bench-", dir=options.dir) as folder:
         bench = Bench(options, sizes, pathlib.Path(folder))
-        for part in (bench.bulk, bench.inverse, bench.classes, bench.copy, bench.sets, bench.names, bench.labels, bench.text,
+        for part in (bench.bulk, bench.inverse, bench.classes, bench.copy, bench.sets, bench.names, bench.labels,
+                     bench.shells, bench.text,
                      bench.parts):
             part()
     absent = [peer for peer in PEERS if bench.program("bulk_" + peer) is None]
