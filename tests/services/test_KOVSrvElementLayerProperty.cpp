@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstring>
 #include <memory>
+#include <string>
 #include <vector>
 
 #include "services/ElementLayerFixture.h"
@@ -344,8 +345,18 @@ TEST_P(ElementLayerProperty, TableWithTheLayersFirstIsReadAndNotWritten) {
     EXPECT_THAT(LayersOf({0, 3, 7}), ElementsAre());
     auto const transaction = mesh.Write();
     KOVSrvElementLayerProperty property = mesh.Property();
-    EXPECT_THROW(Add(property, {5}, {0, 3}, 1), KOVSimException);
-    EXPECT_THROW(Add(property, {5}, {1}, 1), KOVSimException);
+    auto const refusal = [&](Numbers const& layers) -> std::string {
+        try {
+            Add(property, {5}, layers, 1);
+        } catch (KOVSimException const& refused) {
+            return refused.what();
+        }
+        return "";
+    };
+    // Both sets of layers have their drawer, any other has none.
+    EXPECT_THAT(refusal({0, 3}), testing::StartsWith("cannot write"));
+    EXPECT_THAT(refusal({7}), testing::StartsWith("cannot write"));
+    EXPECT_THAT(refusal({5, 6}), testing::StartsWith("cannot make a drawer"));
     EXPECT_THROW(Lookup({5}, {0}), KOVSimException);
     EXPECT_EQ(mesh.Blocks(), (Blocks{{{0, 3}, {5, 6}}, {{7}, {6, 900}}}));
 }

@@ -59,10 +59,9 @@ TEST_P(SectionServices, RegionInsideAnEarlierOneBelongsToTheEarlierAssignment) {
     EXPECT_EQ(mesh.AskWhole(RegionSet(1)), 0);
 }
 
-TEST_P(SectionServices, SetThatIsTheRegionIsNotCompared) {
+TEST_P(SectionServices, OrderedSetThatIsTheRegionIsFoundByItself) {
     InTransaction([&] {
         mesh.Assign({5});
-        // An ordered set meets itself by identity.
         Numbers const members = {9, 3, 7};
         KOVSimCSet ordered = mesh.elements.CreateVolatileOrderedCSet(members.data(), 3);
         mesh.Assign(ordered.RegisterWithCollection());
@@ -72,12 +71,12 @@ TEST_P(SectionServices, SetThatIsTheRegionIsNotCompared) {
     EXPECT_EQ(AskWhole({3, 7}), 1);
 }
 
-// The identity alone settles it: a position that is no set at all is taken as the region's own.
-TEST_P(SectionServices, RegionThatIsNoSetIsFoundByItself) {
+TEST_P(SectionServices, RegionThatIsNoSetGovernsNoElement) {
     InTransaction([&] { mesh.Assign(mesh.document.CreateDataRecord(schema::Region()).Pos()); });
     mesh.Reopen();
     EXPECT_EQ(mesh.AskWhole(RegionSet(0)), 0);
     EXPECT_EQ(AskWhole({1}), kNobody);
+    EXPECT_EQ(Ask({1}), (Governed{{kNobody, {1}}}));
 }
 
 TEST_P(SectionServices, SetInsideOneRegionIsOnePiece) {
