@@ -129,12 +129,4 @@ void Run(bench::Options const& options) {
 
 }  // namespace
 
-int main(int argc, char** argv) {
-    try {
-        Run(bench::Options(argc, argv));
-    } catch (std::exception const& error) {
-        std::fprintf(stderr, "%s\n", error.what());
-        return 1;
-    }
-    return 0;
-}
+int main(int argc, char** argv) { return bench::Main(argc, argv, &Run); }

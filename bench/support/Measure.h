@@ -130,4 +130,15 @@ inline double Median(std::vector<double> values) {
     return *middle;
 }
 
+/// The main program of a measure: status 1 and the text on standard error if `run` throws.
+inline int Main(int argc, char** argv, void (*run)(Options const&)) {
+    try {
+        run(Options(argc, argv));
+    } catch (std::exception const& error) {
+        std::fprintf(stderr, "%s\n", error.what());
+        return 1;
+    }
+    return 0;
+}
+
 }  // namespace bench
