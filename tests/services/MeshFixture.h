@@ -163,7 +163,7 @@ template <class Work>
 void ExpectCheckedAssertion(std::string const& condition, std::string const& source, Work work) {
     EXPECT_EXIT(
         work(), testing::ExitedWithCode(1),
-        testing::AllOf(testing::HasSubstr(condition + ","),
+        testing::AllOf(testing::HasSubstr("Assertion failed: " + condition + ", at "),
                        testing::HasSubstr("KOVSrvSimServices/KOVSrvFsm.m/src/" + source + ",")));
 }
 

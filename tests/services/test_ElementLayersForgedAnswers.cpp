@@ -61,7 +61,7 @@ INSTANTIATE_TEST_SUITE_P(Media, ElementLayerPropertyDeath,
 
 TEST_P(ElementLayerPropertyDeath, ElementsThatDoNotAscendEndTheProcess) {
     ExpectCheckedAssertion(
-        "Assertion failed: KOVSimCSet(elsetID).IsAscending()", kSource,
+        "KOVSimCSet(elsetID).IsAscending()", kSource,
         WithDocument([](ElementLayerDocument& mesh, KOVSrvElementLayerProperty& property) {
             // The elements are looked at first.
             property.Add(MeshDocument::Ordered(mesh.elements, {2, 1}),
@@ -71,7 +71,7 @@ TEST_P(ElementLayerPropertyDeath, ElementsThatDoNotAscendEndTheProcess) {
 
 TEST_P(ElementLayerPropertyDeath, LayersThatDoNotAscendEndTheProcess) {
     ExpectCheckedAssertion(
-        "Assertion failed: KOVSimCSet(layersID).IsAscending()", kSource,
+        "KOVSimCSet(layersID).IsAscending()", kSource,
         WithDocument([](ElementLayerDocument& mesh, KOVSrvElementLayerProperty& property) {
             property.Add(mesh.Elements({1, 2}), MeshDocument::Ordered(mesh.Layers(), {1, 0}),
                          mesh.Value(1));
@@ -80,7 +80,7 @@ TEST_P(ElementLayerPropertyDeath, LayersThatDoNotAscendEndTheProcess) {
 
 TEST_P(ElementLayerPropertyDeath, AddOfAViewOfAnotherSizeEndsTheProcess) {
     ExpectCheckedAssertion(
-        "Assertion failed: n*sizeof(int) == len", kSource,
+        "n*sizeof(int) == len", kSource,
         WithDocument([](ElementLayerDocument& mesh, KOVSrvElementLayerProperty& property) {
             forged = true;
             property.Add(mesh.Elements({1, 2}), mesh.LayerSet({0, 1}), mesh.Value(1));
@@ -89,7 +89,7 @@ TEST_P(ElementLayerPropertyDeath, AddOfAViewOfAnotherSizeEndsTheProcess) {
 
 TEST_P(ElementLayerPropertyDeath, LookupOfAViewOfAnotherSizeEndsTheProcess) {
     ExpectCheckedAssertion(
-        "Assertion failed: n*sizeof(int) == len", kSource,
+        "n*sizeof(int) == len", kSource,
         WithDocument([](ElementLayerDocument& mesh, KOVSrvElementLayerProperty& property) {
             int values[4];
             forged = true;
