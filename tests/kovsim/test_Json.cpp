@@ -79,6 +79,7 @@ TEST(Json, NumbersThatItDoesNotHaveAreNull) {
 TEST(XmlText, EscapesMarkupAndReplacesWhatIsNoText) {
     EXPECT_EQ(XmlText("a<b>&\"c\""), "a&lt;b&gt;&amp;&quot;c&quot;");
     EXPECT_EQ(XmlText("t\t\xff\x01\xc3\xa4"), "t???\xc3\xa4");
+    EXPECT_EQ(XmlText("a\xef\xbf\xbe\xef\xbf\xbf\xef\xbf\xbd"), "a??\xef\xbf\xbd");
 }
 
 TEST(Names, AreUnquotedInPairsOnly) {

@@ -36,7 +36,10 @@ std::string XmlText(std::string_view text) {
     while (!text.empty()) {
         std::size_t const length = Utf8SequenceLength(text);
         auto const byte = static_cast<unsigned char>(text.front());
-        if (length == 0 || byte < 0x20 || byte == 0x7f) {
+        // XML has no U+FFFE and U+FFFF.
+        std::string_view const sequence = text.substr(0, length);
+        bool const none = sequence == "\xef\xbf\xbe" || sequence == "\xef\xbf\xbf";
+        if (length == 0 || byte < 0x20 || byte == 0x7f || none) {
             xml += '?';
         } else if (byte == '&') {
             xml += "&amp;";
@@ -47,7 +50,7 @@ std::string XmlText(std::string_view text) {
         } else if (byte == '"') {
             xml += "&quot;";
         } else {
-            xml += text.substr(0, length);
+            xml += sequence;
         }
         text.remove_prefix(length == 0 ? 1 : length);
     }

@@ -71,8 +71,8 @@ class VtuWriter {
     std::int64_t m_left = 0;  ///< bytes that the array at hand still owes
 };
 
-/// Text for an XML attribute: markup escaped; control characters and bytes that are no UTF-8 become
-/// '?'.
+/// Text for an XML attribute: markup escaped; control characters, U+FFFE, U+FFFF and bytes that
+/// are no UTF-8 become '?'.
 std::string XmlText(std::string_view text);
 
 }  // namespace kov::tool
