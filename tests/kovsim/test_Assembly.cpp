@@ -1,6 +1,8 @@
 // Parts and instances: labels and names by instance over one flat mesh, and where instances stand.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <chrono>
 #include <cmath>
 #include <numbers>
 #include <string>
@@ -22,6 +24,8 @@ std::string const kParts =
     "*ELEMENT, TYPE=S4R, ELSET=Skin\n7, 1, 2, 3, 4\n*END PART\n"
     "*PART, NAME=\"My Bar-1\"\n*ELEMENT, TYPE=T3D2, ELSET=\"Top Set\"\n5, 10, 20\n"
     "*NODE\n10, 0, 0, 0\n20, 0.1, 0.2, 0.3\n*END PART\n";
+
+long Lines(std::string const& text) { return std::count(text.begin(), text.end(), '\n'); }
 
 std::string Instance(std::string const& name, std::string const& part, std::string const& lines) {
     return "*INSTANCE, NAME=" + name + ", PART=" + part + "\n" + lines + "*END INSTANCE\n";
@@ -217,11 +221,51 @@ TEST(Assembly, QuotedNamesMayHoldDotsBlanksAndCommas) {
                                      {"C", {0, 1}}}));
 }
 
-TEST(Assembly, ASetWithTheWholeNameComesBeforeAnInstance) {
-    InMemory deck(
-        Assembly(Instance("I", "Plate", "") + "*NSET, NSET=I.1\nI.4\n*NSET, NSET=A\nI.1, I.2\n"));
-    deck.Translate();
-    EXPECT_EQ(deck.NodeSets()["A"], (Ints{1, 3}));
+TEST(Assembly, ANameThatFitsASetAndAMemberOfAnInstanceAsksForQuotes) {
+    auto const with = [](char const* name) {
+        return InMemory(Assembly(Instance("I", "Plate", "") +
+                                 "*NSET, NSET=I.1\nI.4\n*NSET, NSET=A\n2\n" + name +
+                                 "\n*NODE\n2\n"));
+    };
+    EXPECT_EQ(with("I.2, i.1").Error(),
+              "deck.inp:" + std::to_string(Lines(kParts) + 8) +
+                  ": 'i.1' is node set 'I.1' and node 1 of instance 'I'; expected quotes, as in "
+                  "\"i.1\" or \"I\".1");
+    EXPECT_EQ(with("\"I.1\"").Translate().NodeSets()["A"], (Ints{3, 4}));
+    EXPECT_EQ(with("\"I\".1").Translate().NodeSets()["A"], (Ints{0, 4}));
+}
+
+TEST(Assembly, ANameWithTwoDotsThatFitsTwoInstancesAsksForQuotes) {
+    std::string const parts =
+        "*PART, NAME=P\n*NODE\n1\n2\n*ELEMENT, TYPE=B31\n1, 1, 2\n*NSET, NSET=x\n1\n"
+        "*NSET, NSET=b.x\n2\n*ELSET, ELSET=x\n1\n*ELSET, ELSET=b.x\n1\n*END PART\n*ASSEMBLY\n" +
+        Instance("a", "P", "") + Instance("a.b", "P", "");
+    auto const with = [&](std::string const& more) {
+        return InMemory(parts + more + "*END ASSEMBLY\n");
+    };
+    std::string const at = "deck.inp:" + std::to_string(Lines(parts) + 2) + ": ";
+    EXPECT_EQ(with("*NSET, NSET=A\na.b.x\n").Error(),
+              at + "'a.b.x' is node set 'b.x' of instance 'a' and node set 'x' of instance 'a.b'; "
+                   "expected quotes, as in \"a\".\"b.x\" or \"a.b\".\"x\"");
+    EXPECT_EQ(with("*SURFACE, NAME=A, TYPE=NODE\na.b.x\n").Error().substr(0, at.size() + 7),
+              at + "'a.b.x'");
+    EXPECT_NE(with("*NSET, NSET=A, ELSET=a.b.x\n").Error().find("as in \"a\".\"b.x\" or"),
+              std::string::npos);
+    EXPECT_EQ(with("*NSET, NSET=A\na.\"b.x\"\n").Translate().NodeSets()["A"], (Ints{1}));
+    EXPECT_EQ(with("*NSET, NSET=A\n\"a.b\".x\n").Translate().NodeSets()["A"], (Ints{2}));
+    EXPECT_EQ(with("*NSET, NSET=A, ELSET=\"a.b\".x\n").Translate().NodeSets()["A"], (Ints{2, 3}));
+    EXPECT_EQ(with("*NSET, NSET=A\na.b.2\n").Translate().NodeSets()["A"], (Ints{3}));
+}
+
+TEST(Assembly, ANameOfVeryManyDotsIsReadAtOnce) {
+    std::string const dots(400000, '.');
+    InMemory deck(Assembly(Instance("I", "Plate", "") + "*NSET, NSET=A\nI" + dots + "\n"));
+    auto const start = std::chrono::steady_clock::now();
+    EXPECT_EQ(deck.Error(), "deck.inp:" + std::to_string(Lines(kParts) + 5) +
+                                ": instance 'I' has no node set '" + std::string(60, '.') +
+                                "...'; expected a set of the instance");
+    // Anything that grows with the square of the dots takes minutes.
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(20));
 }
 
 TEST(Assembly, SetsMayNameWhatComesLaterAcrossScopes) {
@@ -260,6 +304,35 @@ TEST(Assembly, ASetMayBeTheNodesOfElements) {
     EXPECT_EQ(assembly.NodeSets()["O"], (Ints{0, 1, 2, 3}));
 }
 
+TEST(Assembly, NumbersLeftOutOfATranslationAreZero) {
+    auto const place = [](char const* line) {
+        InMemory deck(
+            Assembly("*INSTANCE, NAME=I, PART=Plate\n" + std::string(line) + "\n*END INSTANCE\n"));
+        deck.Translate();
+        std::vector<double> const all = deck.Coordinates();
+        return std::vector<double>(all.begin(), all.begin() + 3);
+    };
+    EXPECT_EQ(place(" , ,"), (std::vector<double>{0, 0, 0}));
+    EXPECT_EQ(place("1.5"), (std::vector<double>{1.5, 0, 0}));
+    EXPECT_EQ(place("1.5,,"), (std::vector<double>{1.5, 0, 0}));
+    EXPECT_EQ(place(", 2"), (std::vector<double>{0, 2, 0}));
+    EXPECT_EQ(place(", , 3,"), (std::vector<double>{0, 0, 3}));
+}
+
+TEST(Assembly, AnElementMayStandBeforeTheFirstInstance) {
+    InMemory deck(Assembly("*ELEMENT, TYPE=B31\n1, I.1, I.3\n" + Instance("I", "Plate", "")));
+    deck.Translate();
+    EXPECT_EQ(deck.NodesOf(0, 2), (Ints{0, 2}));
+}
+
+TEST(Assembly, APartWithoutAnInstanceIsNotLookedIntoEvenWithStrict) {
+    InMemory deck("*PART, NAME=P\n*NODE\n1, x\n*BLA\n*END PART\n*ASSEMBLY\n*END ASSEMBLY\n");
+    tool::TranslationOptions options;
+    options.strict = true;
+    EXPECT_EQ(deck.Error(options), "");
+    EXPECT_EQ(deck.summary.parts, 1U);
+}
+
 TEST(Assembly, APartWithoutAnInstanceGivesNothingButANote) {
     InMemory deck(kParts + "*ASSEMBLY\n" + Instance("I", "Plate", "") + "*END ASSEMBLY\n");
     deck.Translate();
@@ -273,7 +346,7 @@ TEST(Assembly, WhatAPartHoldsThatIsNotKnownCountsOnce) {
         "*PART, NAME=P\n*SHELL SECTION\n1\n*NODE\n1, 0, 0, 0, 0, 0, 1\n*END PART\n*ASSEMBLY\n" +
         Instance("I", "P", "") + Instance("J", "P", "") + "*END ASSEMBLY\n");
     deck.Translate();
-    EXPECT_EQ(deck.summary.unknownKeywords, (std::map<std::string, long>{{"*SHELLSECTION", 1}}));
+    EXPECT_EQ(deck.summary.unknownKeywords, (std::map<std::string, long>{{"*SHELL SECTION", 1}}));
     EXPECT_EQ(deck.summary.notes["nodes with a normal, which was not kept"], 1);
 }
 

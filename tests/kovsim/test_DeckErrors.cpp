@@ -76,7 +76,7 @@ ErrorCase const kCases[] = {
     {"NormalIsText", "*NODE\n1, 1, 2, 3, x\n",
      "deck.inp:2: 'x' is no number; expected a direction cosine"},
     {"UnknownSystem", "*NODE, SYSTEM=Q\n1\n",
-     "deck.inp:1: 'q' is no coordinate system; expected SYSTEM=R, C or S"},
+     "deck.inp:1: 'Q' is no coordinate system; expected SYSTEM=R, C or S"},
     {"NodeTwiceWithOtherData", kNodes + "** comment\n3, 1, 1, 0.5\n",
      "deck.inp:7: node 3 is defined a second time with other coordinates; expected each label "
      "once"},

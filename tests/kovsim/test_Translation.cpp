@@ -175,8 +175,48 @@ TEST(Translation, UnknownKeywordsAreCountedAndPassedOver) {
                   "*Elastic\n*END STEP, " + std::string(300, 'x') + "*NODE\n 5\n");
     deck.Translate();
     EXPECT_EQ(deck.summary.unknownKeywords,
-              (std::map<std::string, long>{{"*MATERIAL", 1}, {"*ELASTIC", 2}, {"*ENDSTEP", 1}}));
+              (std::map<std::string, long>{{"*MATERIAL", 1}, {"*ELASTIC", 2}, {"*END STEP", 1}}));
     EXPECT_EQ(deck.summary.nodes, 4);
+}
+
+TEST(Translation, UnknownKeywordsAreShownAsTheyWereTypedFirst) {
+    InMemory deck("* Rigid \t Body , X=1\n*RIGIDBODY\n*Rigid body\n*NODE\n1\n");
+    deck.Translate();
+    EXPECT_EQ(deck.summary.unknownKeywords, (std::map<std::string, long>{{"*RIGID BODY", 3}}));
+    tool::TranslationOptions strict;
+    strict.strict = true;
+    EXPECT_EQ(deck.Error(strict),
+              "deck.inp:1: keyword *RIGID BODY is not known; expected known keywords only");
+}
+
+TEST(Translation, AByteOrderMarkIsPassedOver) {
+    std::string const mark = "\xef\xbb\xbf";
+    // The set is read a second time, from the place where it stands.
+    InMemory deck(mark + "*NSET, NSET=A\n2, B\n*NSET, NSET=B\n1\n*INCLUDE, INPUT=n.inp\n");
+    deck.File("n.inp", mark + "*NODE\n1\n2\n").Translate();
+    EXPECT_EQ(deck.NodeSets()["A"], (std::vector<int>{0, 1}));
+    EXPECT_EQ(InMemory(mark).Error(), InMemory("").Error());
+    EXPECT_EQ(InMemory(mark + "1, 2\n").Error().substr(0, 24), "deck.inp:1: a data line ");
+    for (char const* start : {"\xef", "\xef\xbb", "\xef\xbb*NODE\n1\n", "\xef*NODE\n"}) {
+        EXPECT_EQ(InMemory(start).Error().substr(0, 24), "deck.inp:1: a data line ");
+    }
+}
+
+TEST(Translation, CarriageReturnsAloneAreRefused) {
+    std::string const text =
+        ":1: a carriage return alone ends a line; expected lines that end with a line feed";
+    EXPECT_EQ(InMemory("*NODE\r1, 0\r*NSET, NSET=A\r1\r").Error(), "deck.inp" + text);
+    EXPECT_EQ(InMemory("** c\r*NODE\r1, 0\r").Error(), "deck.inp" + text);
+    EXPECT_EQ(InMemory("** c \r\r\n*NODE\r\n1, 0\r\n").Error(), "");
+}
+
+TEST(Translation, ControlCharactersInNamesAreRefused) {
+    for (char const* name : {"a\x01"
+                             "b",
+                             "\"a\tb\"", "a\x7f"}) {
+        EXPECT_EQ(InMemory(std::string("*NSET, NSET=") + name + "\n").Error(),
+                  "deck.inp:1: a control character in parameter NSET; expected text without them");
+    }
 }
 
 TEST(Translation, NormalsAreNotedAndLeftOut) {

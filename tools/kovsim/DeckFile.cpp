@@ -109,6 +109,19 @@ DeckStream::DeckStream(std::unique_ptr<DeckFile> file, std::int64_t offset)
     m_stream = fopencookie(this, "r", functions);
     if (m_stream == nullptr) throw Failure("cannot be opened: " + ErrorText(errno));
     std::setvbuf(m_stream, m_buffer.get(), _IOFBF, kStreamBuffer);
+    if (offset == 0) SkipByteOrderMark();
+}
+
+void DeckStream::SkipByteOrderMark() {
+    constexpr int mark[] = {0xef, 0xbb, 0xbf};
+    for (int i = 0; i < 3; ++i) {
+        int const c = std::getc(m_stream);
+        if (c == mark[i]) continue;
+        if (c != EOF) std::ungetc(c, m_stream);
+        while (i-- > 0) std::ungetc(mark[i], m_stream);
+        return;
+    }
+    m_skipped = 3;
 }
 
 DeckStream::~DeckStream() {

@@ -48,9 +48,9 @@ class MemoryFiles : public DeckFiles {
     std::string Identity(std::string const& path) override;
 };
 
-/// A C stream over a deck file. The parser cannot tell a read error from the end of the stream, and
-/// takes a zero byte for the end of a line, so that both are watched for here: the stream ends
-/// there, and Fault() says why.
+/// A C stream over a deck file, without the byte order mark of UTF-8. The parser cannot tell a read
+/// error from the end of the stream, and takes a zero byte for the end of a line, so that both are
+/// watched for here: the stream ends there, and Fault() says why.
 class DeckStream {
   public:
     DeckStream(std::unique_ptr<DeckFile> file, std::int64_t offset);
@@ -62,14 +62,19 @@ class DeckStream {
     /// What went wrong, for a message; empty if nothing did.
     std::string const& Fault() const { return m_fault; }
     std::int64_t Size() const { return m_file->Size(); }
+    /// The bytes of the byte order mark that stood at the start of the file; the stream begins
+    /// behind it.
+    std::int64_t Skipped() const { return m_skipped; }
 
   private:
+    void SkipByteOrderMark();
     static ssize_t ReadCookie(void* cookie, char* to, std::size_t size);
 
     std::unique_ptr<DeckFile> m_file;
     std::unique_ptr<char[]> m_buffer;
     FILE* m_stream = nullptr;
     std::string m_fault;
+    std::int64_t m_skipped = 0;
 };
 
 }  // namespace kov::tool

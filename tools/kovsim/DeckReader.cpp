@@ -6,6 +6,7 @@
 #include "Failure.h"
 #include "FieldScanner.h"
 #include "Interrupt.h"
+#include "Names.h"
 
 namespace kov::tool {
 namespace {
@@ -13,13 +14,29 @@ namespace {
 constexpr std::size_t kPiece = KOVSrvKeywordParser::PARSER_BUFFER - 2;
 constexpr std::size_t kLongestLine = std::size_t{1} << 20;
 
+// The words of a keyword line in front of its parameters.
+std::string TypedKeyword(char const* line) {
+    std::string typed;
+    bool blank = false;
+    for (; !FieldScanner::IsEnd(*line) && *line != ','; ++line) {
+        if (FieldScanner::IsBlank(*line)) {
+            blank = typed.size() > 1;
+            continue;
+        }
+        if (blank) typed += ' ';
+        blank = false;
+        typed += *line >= 'a' && *line <= 'z' ? static_cast<char>(*line - 'a' + 'A') : *line;
+    }
+    return Shown(typed);
+}
+
 }  // namespace
 
 DeckReader::DeckReader(DeckFiles& files, std::string path, DeckPlace start, void* userData)
     : m_path(std::move(path)),
       m_stream(files.Open(m_path), start.offset),
       m_parser(m_stream.Stream(), userData),
-      m_next(start.offset),
+      m_next(start.offset + m_stream.Skipped()),
       m_lineNumber(start.linesBefore) {
     // A line that is put back and taken again begins at the start of the parser's buffer. With that
     // start known, the leading blanks of every later line can be counted, and so the bytes of the
@@ -38,6 +55,10 @@ DeckReader::DeckReader(DeckFiles& files, std::string path, DeckPlace start, void
 
 void DeckReader::FailAt(int line, std::string const& text) const {
     throw DeckError(m_path, line > 0 ? line : 1, text);
+}
+
+std::string DeckReader::At(std::string const& path, int line) const {
+    return (path == m_path ? "line " : path + ":") + std::to_string(line);
 }
 
 void DeckReader::CheckEnd() const {
@@ -102,10 +123,27 @@ void DeckReader::JoinPieces(char const* piece, std::size_t leading, std::size_t 
 
 DeckReader::Kind DeckReader::Classify() const {
     if (*m_line == '*' || *m_line == '\v' || *m_line == '\f') {
-        if (m_parser.IsComment(m_line)) return Kind::Skipped;
+        if (m_parser.IsComment(m_line)) {
+            RefuseReturns();
+            return Kind::Skipped;
+        }
         return m_parser.IsKeyword(m_line) ? Kind::Keyword : Kind::Data;
     }
     return FieldScanner::IsEnd(*m_line) ? Kind::Skipped : Kind::Data;
+}
+
+// A carriage return in front of a keyword or a comment ends a line of a file that has no line
+// feeds, and so is one line.
+void DeckReader::RefuseReturns() const {
+    auto const left = [this](char const* at) { return static_cast<std::size_t>(m_lineEnd - at); };
+    char const* at = m_line;
+    for (;;) {
+        at = static_cast<char const*>(std::memchr(at, '\r', left(at)));
+        if (at == nullptr) return;
+        while (at != m_lineEnd && FieldScanner::IsBlank(*at)) ++at;
+        if (*at != '*') continue;
+        Fail("a carriage return alone ends a line; expected lines that end with a line feed");
+    }
 }
 
 bool DeckReader::SkipToKeyword() {
@@ -120,11 +158,13 @@ bool DeckReader::SkipToKeyword() {
 
 KOVSrvKeywordCallback DeckReader::TakeKeyword(KeywordLine& keyword, KOVSrvKeywordCallback unknown) {
     NextLine();
+    RefuseReturns();
     keyword.line = m_lineNumber;
     std::string const piece(
         m_line, std::min<std::size_t>(kPiece, static_cast<std::size_t>(m_lineEnd - m_line)));
     int position = 0;
     bool const exhausted = m_parser.ParseParameter(piece.c_str(), position, keyword.keyword);
+    keyword.typed = TypedKeyword(m_line);
     KOVSrvKeywordCallback const callback = m_parser.Lookup(keyword.keyword);
     if (callback != unknown && !exhausted) AddParameters(keyword, position);
     return callback;

@@ -25,7 +25,8 @@ struct DeckPlace {
 struct KeywordLine {
     KOVString keyword;  ///< lower case, without its `*`
     KOVSrvKeywordParser::Parameters parameters;
-    int line = 0;  ///< number of its first line
+    std::string typed;  ///< with its `*`, in capitals, the words one blank apart; for messages
+    int line = 0;       ///< number of its first line
 };
 
 class DeckReader {
@@ -76,6 +77,8 @@ class DeckReader {
     /// Bytes read so far, for showing progress.
     std::int64_t Offset() const { return m_next; }
 
+    /// A place in the deck, for a message about a line of this file: "line 7", "FILE:7".
+    std::string At(std::string const& path, int line) const;
     /// Throws a DeckError for the line at hand.
     [[noreturn]] void Fail(std::string const& text) const { FailAt(m_lineNumber, text); }
     [[noreturn]] void FailAt(int line, std::string const& text) const;
@@ -90,6 +93,7 @@ class DeckReader {
     void AddParameters(KeywordLine& keyword, int position);
     /// At the end of the stream: the end of the file, or a fault.
     void CheckEnd() const;
+    void RefuseReturns() const;
 
     std::string m_path;
     DeckStream m_stream;

@@ -28,16 +28,10 @@ bool IsOutsideParts(std::string_view keyword) {
            std::end(kOutsideParts);
 }
 
-// A place in the deck, for a message about a line of `reader`.
-std::string At(DeckReader const& reader, std::string const& path, int line) {
-    return path == reader.Path() ? "line " + std::to_string(line)
-                                 : path + ":" + std::to_string(line);
-}
-
 void RefuseInPart(Part const* part, DeckReader const& reader, KeywordLine const& line) {
     if (part == nullptr) return;
     reader.FailAt(line.line, ShownKeyword(line) + " within part '" + Shown(part->name) +
-                                 "', which begins at " + At(reader, part->path, part->line) +
+                                 "', which begins at " + reader.At(part->path, part->line) +
                                  "; expected *END PART");
 }
 
@@ -45,14 +39,14 @@ void RefuseInInstance(Translation& translation, DeckReader const& reader, Keywor
     Scope const* const instance = translation.Parts().instance;
     if (instance == nullptr) return;
     reader.FailAt(line.line, ShownKeyword(line) + " within instance '" + Shown(instance->name) +
-                                 "', which begins at " +
-                                 At(reader, instance->path, instance->line) +
+                                 "', which begins at " + reader.At(instance->path, instance->line) +
                                  "; expected *END INSTANCE");
 }
 
-// The real numbers of a data line; a field without text is 0. The line has exactly `count` fields.
-void ReadNumbers(DeckReader const& reader, int count, char const* what, char const* form,
-                 double* values) {
+// The real numbers of a data line, `count` at most; a field without text is 0. Answers how many
+// fields there are.
+int ReadNumbers(DeckReader const& reader, int count, char const* what, char const* form,
+                double* values) {
     FieldScanner fields(reader.Line(), reader.LineEnd());
     int read = 0;
     while (!fields.AtEnd()) {
@@ -66,20 +60,27 @@ void ReadNumbers(DeckReader const& reader, int count, char const* what, char con
         }
         values[read++] = value;
     }
-    if (read < count) {
-        reader.Fail(std::to_string(read) + (read == 1 ? " field" : " fields") + "; expected " +
-                    form);
-    }
+    return read;
 }
 
 Placing ReadPlacing(DeckReader& reader) {
     if (!reader.NextData()) return {};
-    double translation[3];
+    double translation[3] = {};
     ReadNumbers(reader, 3, "a translation", "X, Y, Z", translation);
     Placing placing = Placing::Translated(translation);
     if (!reader.NextData()) return placing;
     double turn[7];
-    ReadNumbers(reader, 7, "a rotation", "AX, AY, AZ, BX, BY, BZ, DEGREES", turn);
+    constexpr char form[] = "AX, AY, AZ, BX, BY, BZ, DEGREES";
+    int const read = ReadNumbers(reader, 7, "a rotation", form, turn);
+    if (read < 7) {
+        reader.Fail(std::to_string(read) + (read == 1 ? " field" : " fields") + "; expected " +
+                    form);
+    }
+    if (!WithinRange(turn, turn + 3)) {
+        reader.Fail(
+            "the axis of the rotation is longer than the largest number; expected points that are "
+            "nearer to each other");
+    }
     double direction[3];
     if (!Direction(turn, turn + 3, direction)) {
         reader.Fail("the axis of the rotation has no length; expected two points in two places");
@@ -111,7 +112,7 @@ void ReadPart(Translation& translation, DeckReader& reader, KeywordLine const& l
     RefuseInInstance(translation, reader, line);
     if (assembly.open) {
         reader.FailAt(line.line, "*PART within the assembly, which begins at " +
-                                     At(reader, assembly.path, assembly.line) +
+                                     reader.At(assembly.path, assembly.line) +
                                      "; expected it in front");
     }
     if (reader.Size() < 0) {
@@ -122,7 +123,7 @@ void ReadPart(Translation& translation, DeckReader& reader, KeywordLine const& l
     Part*& known = assembly.byName[LowerCase(name)];
     if (known != nullptr) {
         reader.FailAt(line.line, "part '" + Shown(name) + "' is defined a second time, first at " +
-                                     At(reader, known->path, known->line) +
+                                     reader.At(known->path, known->line) +
                                      "; expected each name once");
     }
     RefuseData(reader, line);
@@ -135,7 +136,11 @@ void ReadPart(Translation& translation, DeckReader& reader, KeywordLine const& l
         KeywordLine inside;
         reader.TakeKeyword(inside, &UnknownKeyword);
         std::string const keyword = Plain(inside.keyword);
-        if (keyword == "endpart") return;
+        if (keyword == "endpart") {
+            KeywordParameters const none(reader, inside, {});
+            RefuseData(reader, inside);
+            return;
+        }
         if (IsOutsideParts(keyword)) RefuseInPart(known, reader, inside);
         translation.Breathe(reader);
     }
@@ -158,7 +163,7 @@ void ReadAssembly(Translation& translation, DeckReader& reader, KeywordLine cons
     Assembly& assembly = translation.Parts();
     if (assembly.line != 0) {
         reader.FailAt(line.line, "a second *ASSEMBLY, the first is at " +
-                                     At(reader, assembly.path, assembly.line) + "; expected one");
+                                     reader.At(assembly.path, assembly.line) + "; expected one");
     }
     assembly.path = reader.Path();
     assembly.line = line.line;
@@ -197,7 +202,7 @@ void ReadInstance(Translation& translation, DeckReader& reader, KeywordLine cons
     Scopes& scopes = translation.AllScopes();
     if (Scope const* const other = scopes.FindInstance(name)) {
         reader.FailAt(line.line, "instance '" + Shown(name) + "' is defined a second time, first " +
-                                     "at " + At(reader, other->path, other->line) +
+                                     "at " + reader.At(other->path, other->line) +
                                      "; expected each name once");
     }
     ModelWriter const& model = translation.Model();

@@ -42,8 +42,7 @@ int ReadNodeName(Translation& translation, DeckReader const& reader, FieldScanne
     fields.Again();
     int label = 0;
     Result const result = fields.ReadInt(label);
-    bool const named = translation.Current().IsRoot() && translation.AllScopes().HasInstances() &&
-                       result == Result::Wrong;
+    bool const named = result == Result::Wrong && translation.NamesInstances();
     ScopedName name;
     if (!named || !name.Read(fields) || name.dots.empty()) {
         FailLabel(reader, fields, result, "a node label", "LABEL, NODE, NODE, ...");
@@ -108,9 +107,8 @@ int FindNodes(Translation& translation, LabelTable const& labels, int count, Nod
     if (nodes.labels[unknown] >= 0) {
         reader.FailAt(line, UnknownLabel(scope, kNodeEntity, element, nodes.labels[unknown]));
     }
-    reader.FailAt(line, element + ": " +
-                            UnknownReference(translation.AllScopes(), scope, kNodeEntity,
-                                             NameOf(nodes, unknown), nullptr));
+    reader.FailAt(
+        line, element + ": " + UnknownNode(translation.AllScopes(), scope, NameOf(nodes, unknown)));
 }
 
 // The second pass over a block: all labels of elements are known.
@@ -166,7 +164,7 @@ void ReadElements(Translation& translation, DeckReader& reader, KeywordLine cons
         FieldScanner fields(reader.Line(), reader.LineEnd());
         int const label = ReadLabel(reader, fields, "an element label", "LABEL, NODE, NODE, ...");
         if (!labels.Insert(label, model.ElementCount())) {
-            reader.Fail("element " + std::to_string(label) +
+            reader.Fail(ShownLabel(translation.Current(), kElementEntity, label) +
                         " is defined a second time; expected each label once");
         }
         ReadNodeLabels(translation, reader, fields, type, label, nodes);

@@ -37,10 +37,11 @@ void ToRectangular(char system, double* xyz) {
 char ReadSystem(DeckReader const& reader, KeywordLine const& line,
                 KeywordParameters const& parameters) {
     if (!parameters.Has("system")) return 'r';
-    std::string const system = LowerCase(parameters.Value("system"));
+    std::string const given = parameters.Value("system");
+    std::string const system = LowerCase(given);
     if (system != "r" && system != "c" && system != "s") {
         reader.FailAt(line.line,
-                      "'" + Shown(system) + "' is no coordinate system; expected SYSTEM=R, C or S");
+                      "'" + Shown(given) + "' is no coordinate system; expected SYSTEM=R, C or S");
     }
     return system.front();
 }
@@ -60,8 +61,8 @@ void PassNormal(Translation& translation, DeckReader const& reader, FieldScanner
     translation.Note("nodes with a normal, which was not kept");
 }
 
-[[noreturn]] void FailPlaced(DeckReader const& reader, int label) {
-    reader.Fail("node " + std::to_string(label) +
+[[noreturn]] void FailPlaced(DeckReader const& reader, Scope const& scope, int label) {
+    reader.Fail(ShownLabel(scope, kNodeEntity, label) +
                 " lies beyond the range of numbers where its instance is placed; expected smaller "
                 "coordinates");
 }
@@ -93,7 +94,8 @@ void ReadNodes(Translation& translation, DeckReader& reader, KeywordLine const& 
         }
         if (!fields.AtEnd()) PassNormal(translation, reader, fields);
         if (system != 'r') ToRectangular(system, xyz);
-        if (placing != nullptr && !placing->Apply(xyz)) FailPlaced(reader, label);
+        if (placing != nullptr && !placing->Apply(xyz))
+            FailPlaced(reader, translation.Current(), label);
 
         if (labels.Insert(label, model.NodeCount())) {
             model.AddNode(xyz);

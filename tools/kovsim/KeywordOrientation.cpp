@@ -59,7 +59,13 @@ void Check(DeckReader const& reader, int line, NamedOrientation const& orientati
     std::string const name = "orientation '" + Shown(orientation.name) + "'";
     double u[3];
     double v[3];
-    if (orientation.system == 1 || orientation.system == 2) {
+    bool const axis = orientation.system == 1 || orientation.system == 2;
+    if (!(axis ? WithinRange(a, b) : WithinRange(c, a) && WithinRange(c, b))) {
+        reader.FailAt(line, name +
+                                ": its points are farther from each other than the largest number; "
+                                "expected nearer ones");
+    }
+    if (axis) {
         if (Direction(a, b, u)) return;
         reader.FailAt(line, name + ": its points a and b stand in one place; expected two places");
     }
@@ -157,12 +163,12 @@ class NodePoints {
         bool const second = m_translation.CurrentPass() == Translation::Pass::Second;
         int label = 0;
         Result const result = fields.ReadInt(label);
-        if (result == Result::Wrong && scope.IsRoot() && scopes.HasInstances()) {
+        if (result == Result::Wrong && m_translation.NamesInstances()) {
             ScopedName name;
             if (name.Read(fields) && !name.dots.empty()) {
                 int const ordinal = FindScopedLabel(scopes, scope, kNodeEntity, name);
                 if (ordinal == LabelTable::None && second) {
-                    reader.Fail(UnknownReference(scopes, scope, kNodeEntity, name, nullptr));
+                    reader.Fail(UnknownNode(scopes, scope, name));
                 }
                 return ordinal;
             }

@@ -112,7 +112,8 @@ class MemberReader {
 
     bool AddSet(DeckReader const& reader, FieldScanner& fields) {
         if (!m_name.Read(fields)) reader.Fail("the quotes of a set's name are not closed");
-        Reference const found = FindReference(m_translation.AllScopes(), m_from, m_kind, m_name);
+        Reference const found = FindReference(m_translation.AllScopes(), m_from, m_kind, m_name,
+                                              reader, reader.LineNumber());
         if (found.ordinal != LabelTable::None) {
             m_translation.Add(m_kind, m_set, found.ordinal, 1, 1);
             return true;
@@ -158,7 +159,7 @@ Scope& MemberScope(Translation& translation, DeckReader const& reader, KeywordLi
 void AddNodesOfElements(Translation& translation, DeckReader& reader, int line, NamedSet& set,
                         Scope& from, ScopedName const& name) {
     Scopes& scopes = translation.AllScopes();
-    NamedSet* const elements = FindReference(scopes, from, kElementEntity, name).set;
+    NamedSet* const elements = FindReference(scopes, from, kElementEntity, name, reader, line).set;
     if (elements == nullptr) {
         reader.FailAt(line, UnknownReference(scopes, from, kElementEntity, name, nullptr));
     }
@@ -193,12 +194,7 @@ void ReadNodeSet(Translation& translation, DeckReader& reader, KeywordLine const
         ReadSet(translation, reader, kNodeEntity, parameters, set, from);
         return;
     }
-    ScopedName elements;
-    elements.text = parameters.Value("elset");
-    for (std::size_t at = elements.text.find('.'); at != std::string::npos;
-         at = elements.text.find('.', at + 1)) {
-        elements.dots.push_back(at);
-    }
+    ScopedName const elements = parameters.Scoped("elset");
     if (parameters.Has("generate")) {
         reader.FailAt(line.line, "*NSET with ELSET and GENERATE; expected one of them");
     }

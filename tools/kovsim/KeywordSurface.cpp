@@ -76,7 +76,8 @@ class SurfaceReader {
     bool FindNamed(DeckReader const& reader, FieldScanner& fields, Reference& member) {
         if (!m_name.Read(fields)) reader.Fail("the quotes of a set's name are not closed");
         Scope& scope = m_translation.Current();
-        member = FindReference(m_translation.AllScopes(), scope, m_entity, m_name);
+        member = FindReference(m_translation.AllScopes(), scope, m_entity, m_name, reader,
+                               reader.LineNumber());
         if (member.ordinal != LabelTable::None) return true;
         if (member.set == nullptr || (!member.set->deferred.empty() && !IsSecond())) {
             if (!IsSecond()) return false;
@@ -165,10 +166,10 @@ class SurfaceReader {
 void ReadSurface(Translation& translation, DeckReader& reader, KeywordLine const& line) {
     KeywordParameters const parameters(reader, line, {"name", "type", "internal"});
     std::string const name = parameters.Required("name");
-    std::string const type =
-        parameters.Has("type") ? LowerCase(parameters.Value("type")) : "element";
+    std::string const given = parameters.Has("type") ? parameters.Value("type") : "element";
+    std::string const type = LowerCase(given);
     if (type != "element" && type != "node") {
-        reader.FailAt(line.line, "'" + Shown(type) +
+        reader.FailAt(line.line, "'" + Shown(given) +
                                      "' is no type of surface that is known; expected TYPE=ELEMENT "
                                      "or TYPE=NODE");
     }

@@ -32,6 +32,13 @@ std::string UpperCase(std::string text) {
     return text;
 }
 
+bool HasControl(std::string_view text) {
+    return std::any_of(text.begin(), text.end(), [](char const c) {
+        auto const byte = static_cast<unsigned char>(c);
+        return byte < 0x20 || byte == 0x7f;
+    });
+}
+
 }  // namespace
 
 void UnknownKeyword(KOVString const&, KOVSrvKeywordParser::Parameters const&, KOVSrvKeywordParser&,
@@ -72,29 +79,51 @@ KeywordParameters::KeywordParameters(DeckReader const& reader, KeywordLine const
             reader.FailAt(line.line,
                           "parameter " + UpperCase(key) + " is given twice; expected it once");
         }
-        std::string value = Plain(parameters.CurrentValueAsString());
+        std::string const typed = Plain(parameters.CurrentValueAsString());
+        std::string value = typed;
         if (!Unquote(value)) {
             reader.FailAt(line.line,
                           "the quotes of parameter " + UpperCase(key) + " are not closed");
         }
-        m_values.emplace_back(key, value);
+        if (HasControl(value)) {
+            reader.FailAt(line.line, "a control character in parameter " + UpperCase(key) +
+                                         "; expected text without them");
+        }
+        m_values.push_back({key, value, typed});
     }
 }
 
-std::string const* KeywordParameters::Find(char const* key) const {
+KeywordParameters::Given const* KeywordParameters::Find(char const* key) const {
     auto const found = std::find_if(m_values.begin(), m_values.end(),
-                                    [key](auto const& value) { return value.first == key; });
-    return found == m_values.end() ? nullptr : &found->second;
+                                    [key](auto const& value) { return value.key == key; });
+    return found == m_values.end() ? nullptr : &*found;
 }
 
 std::string KeywordParameters::Value(char const* key) const {
-    std::string const* const value = Find(key);
-    if (value == nullptr) return {};
-    if (value->empty()) {
+    Given const* const given = Find(key);
+    if (given == nullptr) return {};
+    if (given->value.empty()) {
         m_reader.FailAt(m_line.line, "parameter " + UpperCase(key) + " has no value; expected " +
                                          UpperCase(key) + "=...");
     }
-    return *value;
+    return given->value;
+}
+
+ScopedName KeywordParameters::Scoped(char const* key) const {
+    ScopedName name;
+    name.text = Value(key);
+    std::size_t at = 0;
+    bool within = false;
+    for (char const c : Find(key)->typed) {
+        if (c == '"') {
+            within = !within;
+            name.quoted = true;
+            continue;
+        }
+        if (c == '.' && !within) name.dots.push_back(at);
+        ++at;
+    }
+    return name;
 }
 
 std::string KeywordParameters::Required(char const* key) const {

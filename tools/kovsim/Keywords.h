@@ -4,10 +4,10 @@
 #include <initializer_list>
 #include <span>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "DeckReader.h"
+#include "References.h"
 #include "Translation.h"
 
 namespace kov::tool {
@@ -50,13 +50,21 @@ class KeywordParameters {
     std::string Value(char const* key) const;
     /// The same for a parameter that has to be there.
     std::string Required(char const* key) const;
+    /// The value as a name that may begin with an instance.
+    ScopedName Scoped(char const* key) const;
 
   private:
-    std::string const* Find(char const* key) const;
+    struct Given {
+        std::string key;
+        std::string value;
+        std::string typed;  ///< the value with its quotes
+    };
+
+    Given const* Find(char const* key) const;
 
     DeckReader const& m_reader;
     KeywordLine const& m_line;
-    std::vector<std::pair<std::string, std::string>> m_values;
+    std::vector<Given> m_values;
 };
 
 /// The keyword as users write it, for messages.

@@ -25,6 +25,13 @@ void SineAndCosine(double degrees, double& sine, double& cosine) {
 
 }  // namespace
 
+bool WithinRange(double const* a, double const* b) {
+    for (int i = 0; i < 3; ++i) {
+        if (!std::isfinite(b[i] - a[i])) return false;
+    }
+    return true;
+}
+
 bool Direction(double const* a, double const* b, double* direction) {
     double largest = 0;
     for (int i = 0; i < 3; ++i) {

@@ -10,6 +10,9 @@
 
 namespace kov::tool {
 
+/// True if the distance of two points is a number along each axis.
+bool WithinRange(double const* a, double const* b);
+
 class Placing {
   public:
     /// Moves nothing.

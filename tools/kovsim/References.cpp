@@ -17,15 +17,42 @@ int AsLabel(std::string_view text) {
                                                                                             : 0;
 }
 
-// Calls f(instance, rest) for each cut that gives an instance, until it answers true.
+// Calls f(instance, rest) for each cut that gives an instance, until it answers true. A text may
+// have very many dots: those behind the longest name of an instance are not looked at.
 template <class F>
 void ForCuts(Scopes& scopes, Scope const& scope, ScopedName const& name, F&& f) {
     if (!scope.IsRoot() || !scopes.HasInstances()) return;
     std::string_view const text = name.text;
     for (std::size_t const dot : name.dots) {
+        if (dot > scopes.LongestInstance()) return;
         Scope* const instance = scopes.FindInstance(text.substr(0, dot));
         if (instance != nullptr && f(*instance, text.substr(dot + 1))) return;
     }
+}
+
+// One thing that a name may stand for.
+struct Meaning {
+    Reference found;
+    Scope const* instance = nullptr;  ///< null for a set of the scope itself
+    std::string_view rest;            ///< behind the instance
+};
+
+std::string Described(Meaning const& meaning, Entity const& entity) {
+    std::string const text =
+        meaning.found.set != nullptr
+            ? std::string(entity.name) + " set '" + Shown(meaning.found.set->name) + "'"
+            : std::string(entity.name) + " " + Shown(meaning.rest);
+    return meaning.instance == nullptr
+               ? text
+               : text + " of instance '" + Shown(meaning.instance->name) + "'";
+}
+
+// The way to write a name so that it has this meaning only.
+std::string Quoted(Meaning const& meaning, ScopedName const& name) {
+    if (meaning.instance == nullptr) return '"' + Shown(name.text) + '"';
+    std::string const rest =
+        meaning.found.set != nullptr ? '"' + Shown(meaning.rest) + '"' : std::string(meaning.rest);
+    return '"' + Shown(meaning.instance->name) + "\"." + rest;
 }
 
 std::string Plural(Entity const& entity) { return std::string(entity.name) + "s"; }
@@ -34,21 +61,39 @@ std::string Plural(Entity const& entity) { return std::string(entity.name) + "s"
 
 bool ScopedName::Read(FieldScanner& fields) {
     fields.Again();
-    return fields.ReadText(text, dots);
+    bool const closed = fields.ReadText(text, dots);
+    quoted = fields.Field().find('"') != std::string_view::npos;
+    return closed;
 }
 
-Reference FindReference(Scopes& scopes, Scope& scope, Entity const& entity,
-                        ScopedName const& name) {
-    Reference found;
-    found.set = (scope.*entity.sets).Find(name.text);
-    if (found.set != nullptr) return found;
+Reference FindReference(Scopes& scopes, Scope& scope, Entity const& entity, ScopedName const& name,
+                        DeckReader const& reader, int line) {
+    Meaning first;
+    bool const bare = !name.quoted;
+    first.found.set = (scope.*entity.sets).Find(name.text);
+    bool any = first.found.set != nullptr && (bare || name.dots.empty());
+    Reference const whole = first.found;
     ForCuts(scopes, scope, name, [&](Scope& instance, std::string_view rest) {
+        Meaning meaning;
+        meaning.instance = &instance;
+        meaning.rest = rest;
         int const label = AsLabel(rest);
-        if (label > 0) found.ordinal = (instance.*entity.labels).Find(label);
-        if (found.ordinal == LabelTable::None) found.set = (instance.*entity.sets).Find(rest);
-        return found.ordinal != LabelTable::None || found.set != nullptr;
+        if (label > 0) meaning.found.ordinal = (instance.*entity.labels).Find(label);
+        if (meaning.found.ordinal == LabelTable::None) {
+            meaning.found.set = (instance.*entity.sets).Find(rest);
+            if (meaning.found.set == nullptr) return false;
+        }
+        if (any) {
+            reader.FailAt(line, "'" + Shown(name.text) + "' is " + Described(first, entity) +
+                                    " and " + Described(meaning, entity) +
+                                    "; expected quotes, as in " + Quoted(first, name) + " or " +
+                                    Quoted(meaning, name));
+        }
+        any = true;
+        first = meaning;
+        return false;
     });
-    return found;
+    return any ? first.found : whole;
 }
 
 int FindScopedLabel(Scopes& scopes, Scope& scope, Entity const& entity, ScopedName const& name) {
@@ -89,7 +134,7 @@ std::string UnknownReference(Scopes& scopes, Scope& scope, Entity const& entity,
         return "instance '" + Shown(instance->name) + "' has no " + kind + " set '" + Shown(rest) +
                "'; expected a set of the instance" + NearestHint(search.Names());
     }
-    if (scope.IsRoot() && !name.dots.empty()) {
+    if (scope.IsRoot() && scopes.HasInstances() && !name.dots.empty()) {
         std::string const head = name.text.substr(0, name.dots.front());
         return "'" + Shown(name.text) + "': " + UnknownInstance(scopes, head);
     }
@@ -110,6 +155,31 @@ std::string UnknownReference(Scopes& scopes, Scope& scope, Entity const& entity,
            " nor the name of a set; expected " + Plural(entity) + " or " + kind + " sets of " +
            (scope.IsRoot() ? "the deck" : "instance '" + Shown(scope.name) + "'") +
            NearestHint(hints);
+}
+
+std::string UnknownNode(Scopes& scopes, Scope& scope, ScopedName const& name) {
+    std::string text;
+    std::string const shown = "'" + Shown(name.text) + "' is ";
+    if (scope.nodeSets.Find(name.text) != nullptr) {
+        text = shown + "a node set; expected a single node";
+    }
+    ForCuts(scopes, scope, name, [&](Scope& instance, std::string_view rest) {
+        if (AsLabel(rest) > 0) {
+            text.clear();
+            return true;
+        }
+        text = shown +
+               (instance.nodeSets.Find(rest) != nullptr ? "a node set of instance '"
+                                                        : "no node of instance '") +
+               Shown(instance.name) + "'; expected a single node, as in " + Shown(instance.name) +
+               ".1";
+        return instance.nodeSets.Find(rest) != nullptr;
+    });
+    if (!text.empty()) return text;
+    if (!scopes.HasInstances()) {
+        return shown + "no node; the assembly has no instances, expected a label";
+    }
+    return UnknownReference(scopes, scope, kNodeEntity, name, nullptr);
 }
 
 std::string UnknownLabel(Scope const& scope, Entity const& entity, std::string const& who,

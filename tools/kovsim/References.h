@@ -1,8 +1,9 @@
 // References: what a text in place of a label stands for: a set of the current scope, or on
 // assembly level a label or a set of an instance, as `instance.label` and `instance.set`.
 //
-// Dots within quotes are part of a name. A set that has the whole text for its name comes before an
-// instance; of several cuts the first that gives an instance counts.
+// Dots within quotes are part of a name. A text without quotes may fit several things: a set with
+// the whole text for its name, and one cut or more at a dot; this is an error that asks for quotes.
+// With quotes and a dot outside them, an instance comes before a set with the whole name.
 #pragma once
 
 #include <string>
@@ -17,6 +18,7 @@ namespace kov::tool {
 struct ScopedName {
     std::string text;
     std::vector<std::size_t> dots;
+    bool quoted = false;  ///< it was typed with quotes
 
     /// Takes the field that `fields` has tried already. False if its quotes are not closed.
     bool Read(FieldScanner& fields);
@@ -28,8 +30,9 @@ struct Reference {
     NamedSet* set = nullptr;
 };
 
-/// Looks a name up from `scope`.
-Reference FindReference(Scopes& scopes, Scope& scope, Entity const& entity, ScopedName const& name);
+/// Looks a name up from `scope`. Throws at line `line` if it fits several things.
+Reference FindReference(Scopes& scopes, Scope& scope, Entity const& entity, ScopedName const& name,
+                        DeckReader const& reader, int line);
 
 /// The same for a label alone, `instance.label`: None if it stands for none.
 int FindScopedLabel(Scopes& scopes, Scope& scope, Entity const& entity, ScopedName const& name);
@@ -38,6 +41,9 @@ int FindScopedLabel(Scopes& scopes, Scope& scope, Entity const& entity, ScopedNa
 /// nearest names that there are. `except`: a set that is no hint; may be null.
 std::string UnknownReference(Scopes& scopes, Scope& scope, Entity const& entity,
                              ScopedName const& name, NamedSet const* except);
+
+/// The same for a name in place of a node's label, where no set may stand.
+std::string UnknownNode(Scopes& scopes, Scope& scope, ScopedName const& name);
 
 /// "node set 'S' names node 7, which is not defined; ..." for a plain label.
 std::string UnknownLabel(Scope const& scope, Entity const& entity, std::string const& who,

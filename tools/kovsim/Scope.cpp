@@ -35,7 +35,13 @@ Scope* Scopes::FindInstance(std::string_view name) {
 Scope& Scopes::MakeInstance(std::string const& name) {
     Scope& scope = m_all.emplace_back(name, m_nodePool, m_elementPool);
     m_byName[LowerCase(name)] = &scope;
+    m_longestInstance = std::max(m_longestInstance, name.size());
     return scope;
+}
+
+std::string ShownLabel(Scope const& scope, Entity const& entity, int label) {
+    std::string const text = std::string(entity.name) + " " + std::to_string(label);
+    return scope.IsRoot() ? text : text + " of instance '" + Shown(scope.name) + "'";
 }
 
 std::string ShownIn(Scope const& scope, std::string_view name) {

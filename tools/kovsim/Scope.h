@@ -34,6 +34,8 @@ struct Part {
 /// A surface: nodes, or faces and edges of elements.
 struct NamedSurface {
     std::string name;  ///< as it was typed
+    std::string path;  ///< of the file with its keyword
+    int line = 0;      ///< of that keyword
     bool ofNodes = false;
     NamedSet* members = nullptr;  ///< the nodes, or elements as a whole; null for none
     std::vector<std::pair<int, NamedSet*>> faces;  ///< elements by face, ascending
@@ -45,6 +47,8 @@ struct NamedSurface {
 /// A system of axes, as it stands in the assembly.
 struct NamedOrientation {
     std::string name;         ///< as it was typed
+    std::string path;         ///< of the file with its keyword
+    int line = 0;             ///< of that keyword
     int system = 0;           ///< 0 rectangular, 1 cylindrical, 2 spherical, 3 Z rectangular
     double numbers[11] = {};  ///< points a, b, c; axis of a further rotation (0 none), degrees
 };
@@ -125,6 +129,8 @@ class Scopes {
     bool HasInstances() const { return m_all.size() > 1; }
     /// Null if there is no instance of that name, whatever its case.
     Scope* FindInstance(std::string_view name);
+    /// The length of the longest name of an instance, in bytes.
+    std::size_t LongestInstance() const { return m_longestInstance; }
     /// A new instance; its name is not taken.
     Scope& MakeInstance(std::string const& name);
 
@@ -148,7 +154,11 @@ class Scopes {
     SetTable m_surfaceElements{m_elementPool};
     std::deque<Scope> m_all;
     std::unordered_map<std::string, Scope*> m_byName;  ///< key: the name in lower case
+    std::size_t m_longestInstance = 0;
 };
+
+/// "node 7 of instance 'I'", or "node 7" at the root, for messages.
+std::string ShownLabel(Scope const& scope, Entity const& entity, int label);
 
 /// "'N' of instance 'I'", or "'N'" at the root, for messages.
 std::string ShownIn(Scope const& scope, std::string_view name);

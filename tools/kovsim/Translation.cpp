@@ -86,7 +86,7 @@ void Translation::TakeKeyword(DeckReader& reader) {
     KeywordLine keyword;
     KOVSrvKeywordCallback const callback = reader.TakeKeyword(keyword, &UnknownKeyword);
     if (callback == &UnknownKeyword) {
-        NoteUnknown(reader, Plain(keyword.keyword), keyword.line);
+        NoteUnknown(reader, keyword);
     } else if (callback == &AmbiguousKeyword) {
         reader.FailAt(keyword.line, "keyword " + ShownKeyword(keyword) +
                                         " fits several; expected one written out");
@@ -97,15 +97,15 @@ void Translation::TakeKeyword(DeckReader& reader) {
     Breathe(reader);
 }
 
-void Translation::NoteUnknown(DeckReader& reader, std::string const& keyword, int line) {
+void Translation::NoteUnknown(DeckReader& reader, KeywordLine const& keyword) {
     if (m_quiet) return;
-    KeywordLine shown;
-    shown.keyword = ToKOVString(keyword);
     if (m_options.strict) {
-        reader.FailAt(
-            line, "keyword " + ShownKeyword(shown) + " is not known; expected known keywords only");
+        reader.FailAt(keyword.line,
+                      "keyword " + keyword.typed + " is not known; expected known keywords only");
     }
-    ++m_summary.unknownKeywords[ShownKeyword(shown)];
+    std::string const& typed =
+        m_unknown.try_emplace(Plain(keyword.keyword), keyword.typed).first->second;
+    ++m_summary.unknownKeywords[typed];
 }
 
 void Translation::Note(std::string const& what) {

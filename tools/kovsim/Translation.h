@@ -87,6 +87,8 @@ class Translation {
     void Enter(Scope& scope) { m_scope = &scope; }
     Scopes& AllScopes() { return m_scopes; }
     Assembly& Parts() { return m_assembly; }
+    /// True where nodes of instances may be named, which may stand further on.
+    bool NamesInstances() const { return m_scope->IsRoot() && m_assembly.line != 0; }
     NodeRepeats& Repeats() { return m_repeats; }
     std::string& Heading() { return m_heading; }
     TranslationSummary& Summary() { return m_summary; }
@@ -149,7 +151,7 @@ class Translation {
     void ReadFile(std::string const& path);
     void Register(DeckReader& reader);
     void TakeKeyword(DeckReader& reader);
-    void NoteUnknown(DeckReader& reader, std::string const& keyword, int line);
+    void NoteUnknown(DeckReader& reader, KeywordLine const& keyword);
     void ReadDeferred(Deferred& block);
     static void AskForFile(DeckReader const& reader);
 
@@ -167,6 +169,7 @@ class Translation {
     TranslationSummary m_summary;
     std::deque<Deferred> m_deferred;
     std::deque<Deferred> m_deferredElements;
+    std::map<std::string, std::string> m_unknown;  ///< unknown keywords as they were typed first
     std::vector<std::string>
         m_open;  ///< identities of the files that are being read, the main deck first
     Pass m_pass = Pass::First;
@@ -177,9 +180,10 @@ template <class Object>
 Object& Translation::MakeOnce(char const* what, NameTable<Object> Scope::*table,
                               std::string const& name, DeckReader const& reader, int line) {
     NameTable<Object>& objects = m_scope->*table;
-    if (objects.Find(name) != nullptr) {
+    if (Object const* const first = objects.Find(name)) {
         reader.FailAt(line, std::string(what) + " " + ShownIn(*m_scope, name) +
-                                " is defined a second time; expected each name once");
+                                " is defined a second time, first at " +
+                                reader.At(first->path, first->line) + "; expected each name once");
     }
     std::string const same = m_scopes.SameKey(
         *m_scope, name, [table](Scope& scope, std::string_view other) -> std::string const* {
@@ -187,7 +191,10 @@ Object& Translation::MakeOnce(char const* what, NameTable<Object> Scope::*table,
             return object == nullptr ? nullptr : &object->name;
         });
     if (!same.empty()) FailKey(std::string(what) + " ", name, same, reader, line);
-    return objects.Make(name);
+    Object& object = objects.Make(name);
+    object.path = reader.Path();
+    object.line = line;
+    return object;
 }
 
 }  // namespace kov::tool
