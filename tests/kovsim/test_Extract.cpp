@@ -121,11 +121,11 @@ TEST_F(Extract, RefusesASetWithoutElements) {
 
 TEST_F(Extract, RefusesOutputsThatExistOrLieInTheSource) {
     ExpectRefused("d.ksd", "LEFT", "m.ksd", "m.ksd: exists already");
-    ExpectRefused("d.ksd", "LEFT", "d.ksd", "lies inside d.ksd");
-    ExpectRefused("d.ksd", "LEFT", "d.ksd/bulk/x.ksd", "lies inside d.ksd");
-    ExpectRefused("d.ksd", "LEFT", "d.ksd/../d.ksd/x.ksd", "lies inside d.ksd");
+    ExpectRefused("d.ksd", "LEFT", "d.ksd", "d.ksd: exists already");
+    ExpectRefused("d.ksd", "LEFT", "d.ksd/bulk/x.ksd", "lies inside the document ");
+    ExpectRefused("d.ksd", "LEFT", "d.ksd/../d.ksd/x.ksd", "lies inside the document ");
     fs::create_directory_symlink(work / "d.ksd", work / "link");
-    ExpectRefused("d.ksd", "LEFT", "link/x.ksd", "lies inside d.ksd");
+    ExpectRefused("d.ksd", "LEFT", "link/x.ksd", "lies inside the document ");
     EXPECT_EQ(work.Run({"verify", "d.ksd"}).output, "d.ksd: sound\n");
     ExpectRefused("d.ksd", "LEFT", "none/x.ksd", "there is no folder none");
     ExpectRefused("none.ksd", "LEFT", "x.ksd", "none.ksd: cannot be opened");

@@ -92,6 +92,25 @@ TEST(OutputPlace, RefusesAFolderThatIsMissing) {
     EXPECT_NE(RefusalOf("/"), "");
 }
 
+TEST(OutputPlace, RefusesAPlaceInsideADocument) {
+    test::TempFolder folder;
+    fs::create_directories(folder / "m.ksd/bulk");
+    fs::create_directory(folder / "other");
+    Fill(folder / "m.ksd/catalog.sqlite", "");
+    fs::create_symlink("m.ksd/bulk", folder / "link");
+    for (char const* const name :
+         {"m.ksd/x", "m.ksd/bulk/x", "other/../m.ksd/x", "link/x", "link/../x"}) {
+        std::string const target = folder / name;
+        EXPECT_EQ(RefusalOf(target), target + ": lies inside the document " +
+                                         fs::canonical(folder / "m.ksd").string() +
+                                         "; expected a place outside of documents");
+    }
+    EXPECT_EQ(RefusalOf(folder / "m.ksd"),
+              (folder / "m.ksd") + ": exists already; remove it, or choose another name");
+    EXPECT_EQ(RefusalOf(folder / "m.ksd/../x"), "");
+    EXPECT_EQ(Entries(folder / "m.ksd"), (std::set<std::string>{"bulk", "catalog.sqlite"}));
+}
+
 TEST(OutputPlace, DoesNotReplaceWhatCameMeanwhile) {
     test::TempFolder folder;
     OutputPlace place(folder / "out");

@@ -3,7 +3,6 @@
 #include <CLI/CLI.hpp>
 #include <chrono>
 #include <cstdio>
-#include <filesystem>
 #include <memory>
 #include <string>
 
@@ -27,20 +26,6 @@ struct Options {
     std::string output;
     bool json = false;
 };
-
-// A document is a folder of its own: nothing else is put into it.
-void RefuseOutputInside(std::string const& document, std::string const& output) {
-    namespace fs = std::filesystem;
-    std::error_code error;
-    fs::path const source = fs::canonical(document, error);
-    if (error) return;
-    fs::path folder = fs::weakly_canonical(fs::absolute(output), error);
-    for (; !error && folder.has_relative_path(); folder = folder.parent_path()) {
-        if (folder == source) {
-            throw Failure(output + ": lies inside " + document + "; expected a place outside it");
-        }
-    }
-}
 
 std::string JsonSummary(Options const& options, SubModelSummary const& summary, double seconds) {
     Json json;
@@ -82,7 +67,6 @@ std::string PlainSummary(Options const& options, SubModelSummary const& summary,
 
 int Extract(Options const& options) {
     auto const start = std::chrono::steady_clock::now();
-    RefuseOutputInside(options.document, options.output);
     OutputPlace place(options.output);
     SubModelSummary summary;
     {

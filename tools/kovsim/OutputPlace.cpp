@@ -48,6 +48,18 @@ bool IsSame(int descriptor, std::string const& path) {
            open.st_dev == named.st_dev && open.st_ino == named.st_ino;
 }
 
+// The innermost document among a folder and those above it; empty without one. Links and `..` are
+// followed first, as they are when the folder is written into.
+fs::path DocumentAround(std::string const& name) {
+    std::error_code error;
+    fs::path folder = fs::canonical(name, error);
+    if (error) return {};
+    for (;; folder = folder.parent_path()) {
+        if (fs::is_regular_file(folder / "catalog.sqlite", error)) return folder;
+        if (!folder.has_relative_path()) return {};
+    }
+}
+
 void SyncFolder(std::string const& path) {
     int const descriptor = open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     if (descriptor < 0) return;
@@ -76,6 +88,11 @@ OutputPlace::OutputPlace(std::string const& target) : m_target(target) {
     }
     if (stat(m_parent.c_str(), &found) != 0 || !S_ISDIR(found.st_mode)) {
         throw Failure(m_target + ": there is no folder " + m_parent);
+    }
+    // A document is a folder of its own: nothing else is put into it.
+    if (fs::path const document = DocumentAround(m_parent); !document.empty()) {
+        throw Failure(m_target + ": lies inside the document " + document.string() +
+                      "; expected a place outside of documents");
     }
     RemoveLeftovers();
     MakeLockedFolder();

@@ -16,8 +16,9 @@ namespace kov::tool {
 
 class OutputPlace {
   public:
-    /// Refuses a target that exists, or whose folder is missing or not writable; removes what
-    /// killed runs left for this target; makes and locks the place. Throws Failure.
+    /// Refuses a target that exists, whose folder is missing or not writable, or that would lie
+    /// inside a document; removes what killed runs left for this target; makes and locks the place.
+    /// Throws Failure.
     explicit OutputPlace(std::string const& target);
     ~OutputPlace();
     OutputPlace(OutputPlace const&) = delete;
