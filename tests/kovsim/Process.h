@@ -37,12 +37,12 @@ inline std::set<std::string> Entries(std::string const& folder) {
 /// A process that runs kovsim in a folder, its output going to files there.
 class Process {
   public:
-    Process(std::string const& folder, std::vector<std::string> const& arguments)
+    Process(std::string const& folder, std::vector<std::string> const& arguments,
+            std::string program = Program())
         : m_out(folder + "/../" + Unique() + ".out"), m_err(m_out + ".err") {
         m_child = fork();
         if (m_child != 0) return;
         std::vector<char*> argv;
-        std::string program = Program();
         argv.push_back(program.data());
         std::vector<std::string> copies = arguments;
         for (std::string& argument : copies) argv.push_back(argument.data());
@@ -96,12 +96,19 @@ class Workshop {
         std::string errors;
     };
     Result Run(std::vector<std::string> const& arguments) const {
-        Process process(Folder(), arguments);
+        return End(Process(Folder(), arguments));
+    }
+    /// Runs a line of shell, in which $KOVSIM is the program.
+    Result Shell(std::string const& line) const {
+        return End(Process(Folder(), {"-c", line}, "/bin/sh"));
+    }
+
+  private:
+    static Result End(Process process) {
         int const status = process.Wait();
         return {status, process.Output(), process.Errors()};
     }
 
-  private:
     TempFolder m_folder;
 };
 

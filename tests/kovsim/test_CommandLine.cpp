@@ -115,6 +115,52 @@ TEST_F(CommandLine, NothingThatExistsIsReplaced) {
     EXPECT_EQ(Entries(work.Folder()), (Names{"deck.inp", "m.ksd"}));
 }
 
+TEST_F(CommandLine, NothingIsWrittenIntoADocument) {
+    Translate();
+    Names const before = Entries(work / "m.ksd");
+    for (auto const& arguments : {std::vector<std::string>{"translate", "deck.inp", "-o"},
+                                  {"compact", "m.ksd", "-o"},
+                                  {"export", "m.ksd", "-o"},
+                                  {"extract", "m.ksd", "--set", "E", "-o"}}) {
+        for (std::string const output : {"m.ksd/x", "m.ksd/bulk/x", "m.ksd/../m.ksd/x"}) {
+            std::vector<std::string> all = arguments;
+            all.push_back(output);
+            auto const result = work.Run(all);
+            EXPECT_EQ(result.status, 2) << arguments[0];
+            EXPECT_NE(result.errors.find("kovsim: " + output + ": lies inside the document "),
+                      std::string::npos)
+                << result.errors;
+        }
+    }
+    EXPECT_EQ(Entries(work / "m.ksd"), before);
+    EXPECT_EQ(work.Run({"verify", "m.ksd"}).status, 0);
+}
+
+TEST_F(CommandLine, ALimitOfFileSizesIsAnError) {
+    std::string deck = "*NODE\n";
+    for (int i = 1; i <= 100000; ++i) deck += std::to_string(i) + ", 1.5, 2.5, 3.5\n";
+    WriteFile(
+        work / "large.inp", deck + "*ELEMENT, TYPE=C3D4, ELSET=E\n" + [] {
+            std::string elements;
+            for (int i = 1; i <= 90000; ++i) {
+                elements += std::to_string(i);
+                for (int k = 0; k < 4; ++k) elements += ", " + std::to_string(i + 7 * k);
+                elements += "\n";
+            }
+            return elements;
+        }());
+    ASSERT_EQ(work.Run({"translate", "large.inp", "-o", "large.ksd"}).status, 0);
+    Names const before = Entries(work.Folder());
+    for (std::string const command : {"translate large.inp", "compact large.ksd",
+                                      "export large.ksd", "extract large.ksd --set E"}) {
+        auto const result = work.Shell("ulimit -f 1000; exec \"$KOVSIM\" " + command + " -o x.ksd");
+        EXPECT_EQ(result.status, 2) << command;
+        EXPECT_EQ(result.errors.substr(0, 8), "kovsim: ");
+        EXPECT_NE(result.errors.find("File too large"), std::string::npos) << result.errors;
+        EXPECT_EQ(Entries(work.Folder()), before) << command;
+    }
+}
+
 TEST_F(CommandLine, InputsThatAreMissingOrNoDocumentAreNamed) {
     fs::create_directory(work / "folder");
     struct {

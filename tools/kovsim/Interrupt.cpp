@@ -29,6 +29,8 @@ void CatchInterrupts() {
     }
 }
 
+void IgnoreFileSizeSignal() { std::signal(SIGXFSZ, SIG_IGN); }
+
 int PendingInterrupt() noexcept { return static_cast<int>(g_signal); }
 
 void ThrowIfInterrupted() {

@@ -8,6 +8,10 @@ namespace kov::tool {
 /// Installs the handlers for SIGINT, SIGTERM and SIGHUP.
 void CatchInterrupts();
 
+/// A write beyond the limit of file sizes fails as one on a full disk does, instead of ending the
+/// process.
+void IgnoreFileSizeSignal();
+
 /// The signal that came, or 0.
 int PendingInterrupt() noexcept;
 

@@ -64,6 +64,7 @@ int Report(char const* text) {
 
 int main(int argc, char** argv) {
     KeepStandardStreams();
+    kov::tool::IgnoreFileSizeSignal();
     int interrupt = 0;
     try {
         return Run(argc, argv);
