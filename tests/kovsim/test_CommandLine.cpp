@@ -202,7 +202,7 @@ TEST_F(CommandLine, ExportsAndCompacts) {
     Translate();
     auto const exported = work.Run({"export", "m.ksd", "-o", "m.vtu"});
     EXPECT_EQ(exported.status, 0) << exported.errors;
-    EXPECT_EQ(exported.output, "m.ksd -> m.vtu\n4 points, 1 cells, 1 node sets, 1 element sets\n");
+    EXPECT_EQ(exported.output, "m.ksd -> m.vtu\n4 points, 1 cell, 1 node set, 1 element set\n");
     EXPECT_EQ(ReadFile(work / "m.vtu").substr(0, 22), "<?xml version=\"1.0\"?>\n");
     auto const compacted = work.Run({"compact", "m.ksd", "-o", "c.ksd"});
     EXPECT_EQ(compacted.status, 0) << compacted.errors;

@@ -7,6 +7,7 @@
 
 #include "Commands.h"
 #include "Json.h"
+#include "ObjectContent.h"
 #include "OutputPlace.h"
 #include "Progress.h"
 #include "VtuExport.h"
@@ -44,10 +45,10 @@ int Export(Options const& options) {
         json.Member("seconds", seconds.count()).EndObject();
         Print(json.Text());
     } else {
-        Print(options.document + " -> " + options.output + "\n" + std::to_string(summary.points) +
-              " points, " + std::to_string(summary.cells) + " cells, " +
-              std::to_string(summary.nodeSets) + " node sets, " +
-              std::to_string(summary.elementSets) + " element sets\n");
+        Print(options.document + " -> " + options.output + "\n" +
+              CountText(summary.points, "point") + ", " + CountText(summary.cells, "cell") + ", " +
+              CountText(static_cast<long>(summary.nodeSets), "node set") + ", " +
+              CountText(static_cast<long>(summary.elementSets), "element set") + "\n");
     }
     return 0;
 }

@@ -109,7 +109,7 @@ void AddExtract(CLI::App& app, Action& action) {
     command->add_flag("--json", options->json, "Print the summary as JSON");
     command->footer(
         "Sets, surfaces, instances and fields are cut to what remains; those of which nothing\n"
-        "remains are left out.");
+        "remains are left out. Sets that were empty already stay.");
     command->callback([options, &action] { action = [options] { return Extract(*options); }; });
 }
 
