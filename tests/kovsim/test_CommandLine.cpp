@@ -62,6 +62,15 @@ TEST_F(CommandLine, WrongUseIsStatusTwo) {
     }
 }
 
+TEST_F(CommandLine, AnUnknownSubcommandIsNamedWithTheNearest) {
+    EXPECT_EQ(work.Run({"exprot", "m.ksd"}).errors,
+              "kovsim: no subcommand named 'exprot'; did you mean 'export'? (see kovsim --help)\n");
+    auto const result = work.Run({std::string(1000, 'x')});
+    EXPECT_EQ(result.status, 2);
+    EXPECT_EQ(result.errors, "kovsim: no subcommand named '" + std::string(60, 'x') +
+                                 "...' (see kovsim --help)\n");
+}
+
 TEST_F(CommandLine, TranslatesAndShows) {
     auto const translated = work.Run({"translate", "deck.inp", "-o", "m.ksd"});
     EXPECT_EQ(translated.status, 0);

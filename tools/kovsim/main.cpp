@@ -4,17 +4,33 @@
 #include <unistd.h>
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <exception>
 #include <new>
 #include <string>
+#include <vector>
 
 #include "Commands.h"
 #include "Failure.h"
 #include "Interrupt.h"
+#include "Names.h"
+#include "Nearest.h"
 
 namespace {
+
+// The first word is a subcommand, or an option.
+void CheckSubcommand(CLI::App const& app, std::string const& word) {
+    if (word.empty() || word[0] == '-') return;
+    std::vector<std::string> names;
+    for (CLI::App const* const command : app.get_subcommands([](CLI::App const*) { return true; }))
+        names.push_back(command->get_name());
+    if (std::find(names.begin(), names.end(), word) != names.end()) return;
+    throw kov::tool::Failure("no subcommand named '" + kov::tool::Shown(word) + "'" +
+                             kov::tool::NearestHint(kov::tool::NearestNames(word, names)) +
+                             " (see kovsim --help)");
+}
 
 int Run(int argc, char** argv) {
     CLI::App app(
@@ -35,6 +51,7 @@ int Run(int argc, char** argv) {
     kov::tool::AddExtract(app, action);
     kov::tool::AddMap(app, action);
     kov::tool::AddMonitor(app, action);
+    if (argc > 1) CheckSubcommand(app, argv[1]);
     try {
         app.parse(argc, argv);
     } catch (CLI::ParseError const& error) {
