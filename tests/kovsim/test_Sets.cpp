@@ -374,6 +374,20 @@ TEST_F(Sets, OfATranslatedAssemblyAreShown) {
     EXPECT_EQ(
         Show({"Plate-1.Tap"}),
         "no set named 'Plate-1.Tap'; did you mean 'Plate-1_Top', 'Plate-1_T' or 'Plate-1_All'?\n");
+    EXPECT_EQ(Show({"all"}), "no set named 'all'; did you mean 'My Plate_All' or 'Plate-1_All'?\n");
+    std::string const instances =
+        "instances                          3\n"
+        "  \"\"                  1 node, 0 elements\n"
+        "  \"My Plate\"          5 nodes, 2 elements, part Plate\n"
+        "  Plate-1             5 nodes, 2 elements, part Plate\n";
+    EXPECT_NE(Show({}).find(instances), std::string::npos);
+    // Both commands count and name instances alike.
+    Workshop::Result const info = work.Run({"info", "m.ksd"});
+    EXPECT_NE(info.output.find(instances), std::string::npos) << info.output;
+    EXPECT_EQ(info.output.find(" \n"), std::string::npos) << info.output;
+    JsonValue const infos = ParseJson(work.Run({"info", "m.ksd", "--json"}).output);
+    EXPECT_EQ(infos["instances"][2]["name"].text, "Plate-1");
+    EXPECT_EQ(infos["instances"][2]["part"].text, "Plate");
     JsonValue const list = Json({});
     EXPECT_EQ(list["instances"][1]["name"].text, "My Plate");
     EXPECT_EQ(list["instances"][1]["part"].text, "Plate");

@@ -2,7 +2,6 @@
 
 #include <CLI/CLI.hpp>
 #include <memory>
-#include <set>
 #include <string>
 #include <vector>
 
@@ -10,9 +9,9 @@
 #include "Conventions.h"
 #include "DocumentReader.h"
 #include "ElementClasses.h"
+#include "InstanceList.h"
 #include "JobRecords.h"
 #include "Json.h"
-#include "KOVObjLabeler.h"
 #include "KOVSimDataRecord.h"
 #include "KOVSimMap.h"
 #include "KOVSimSchema.h"
@@ -44,8 +43,7 @@ struct Overview {
     std::vector<ElementGroup> groups;
     SetOverview nodeSets;
     SetOverview elementSets;
-    std::vector<std::string> labelled;
-    std::vector<DocumentInstance> instances;
+    std::vector<InstanceEntry> instances;
     int surfaces = 0;
     int orientations = 0;
     int classes = 0;
@@ -68,18 +66,6 @@ SetOverview LookAtSets(KOVObjDocument const& document, int map, int internalMap)
     return overview;
 }
 
-// The names under which nodes or elements have labels, ascending, each once. Labels that belong to
-// no instance stand under the empty name.
-std::vector<std::string> LabelledInstances(KOVObjDocument const& document) {
-    std::set<std::string> names;
-    for (auto const type : {KOVObjLabelerNodes, KOVObjLabelerElements}) {
-        KOVObjLabeler labeler(document, type);
-        labeler.Read();
-        for (KOVString const& name : labeler.Occurrences()) names.insert(Plain(name));
-    }
-    return {names.begin(), names.end()};
-}
-
 Overview LookAt(KOVObjDocument const& document) {
     Overview overview;
     KOVSimPosition const model = document.GetModel();
@@ -96,8 +82,8 @@ Overview LookAt(KOVObjDocument const& document) {
         LookAtSets(document, schema::Model_nodeSets(), schema::Model_otherNodeSets());
     overview.elementSets =
         LookAtSets(document, schema::Model_elementSets(), schema::Model_otherElementSets());
-    overview.labelled = LabelledInstances(document);
-    overview.instances = DocumentInstances(document);
+    overview.instances = ListInstances(document, MeshLabels(document, KOVObjLabelerNodes),
+                                       MeshLabels(document, KOVObjLabelerElements));
     overview.surfaces = model.GetMap(schema::Model_regions()).Size();
     overview.orientations = model.GetMap(schema::Model_orientationsByName()).Size();
     overview.classes = CountElementClasses(document);
@@ -129,13 +115,9 @@ std::string JsonText(Options const& options, Overview const& overview) {
     AddSets(json, "nodeSets", overview.nodeSets);
     AddSets(json, "elementSets", overview.elementSets);
     json.Key("instances").BeginArray();
-    for (std::string const& name : overview.labelled) json.Value(name);
-    json.EndArray();
-    json.Key("assembly").BeginArray();
-    for (DocumentInstance const& instance : overview.instances) {
-        json.BeginObject().Member("instance", instance.name).Member("part", instance.part);
-        json.Member("nodes", instance.nodes.Size()).Member("elements", instance.elements.Size());
-        json.EndObject();
+    for (InstanceEntry const& instance : overview.instances) {
+        json.BeginObject().Member("name", instance.name).Member("part", instance.part);
+        json.Member("nodes", instance.nodes).Member("elements", instance.elements).EndObject();
     }
     json.EndArray();
     json.Member("surfaces", overview.surfaces).Member("orientations", overview.orientations);
@@ -175,18 +157,16 @@ std::string JsonText(Options const& options, Overview const& overview) {
     return json.Text();
 }
 
-void AddInstances(Table& table, std::vector<DocumentInstance> const& instances) {
+void AddInstances(Table& table, std::vector<InstanceEntry> const& instances) {
     table.Line("instances", static_cast<long>(instances.size()));
     std::size_t shown = 0;
-    for (DocumentInstance const& instance : instances) {
+    for (InstanceEntry const& instance : instances) {
         if (shown == kMostInstances) {
-            table.Line("  and", static_cast<long>(instances.size() - shown), "more");
+            table.Line("  and", std::to_string(instances.size() - shown) + " more");
             break;
         }
         ++shown;
-        table.Line("  " + instance.name, instance.nodes.Size(),
-                   "nodes, " + std::to_string(instance.elements.Size()) + " elements of part '" +
-                       instance.part + "'");
+        table.Line("  " + NameText(instance.name), InstanceText(instance));
     }
 }
 
@@ -209,7 +189,7 @@ std::string PlainText(Options const& options, Overview const& overview) {
     auto const sets = [&table](char const* name, SetOverview const& of) {
         std::string remark;
         if (of.count > 0)
-            remark = "biggest '" + of.biggest + "' with " + std::to_string(of.biggestSize);
+            remark = "biggest " + NameText(of.biggest) + " with " + std::to_string(of.biggestSize);
         if (of.internal > 0) {
             remark +=
                 (remark.empty() ? "" : ", ") + std::to_string(of.internal) + " internal beside";
@@ -218,15 +198,7 @@ std::string PlainText(Options const& options, Overview const& overview) {
     };
     sets("node sets", overview.nodeSets);
     sets("element sets", overview.elementSets);
-    if (overview.instances.empty()) {
-        std::string named;
-        for (std::string const& name : overview.labelled) {
-            if (!name.empty()) named += (named.empty() ? "" : ", ") + name;
-        }
-        table.Line("instances", static_cast<long>(overview.labelled.size()), named);
-    } else {
-        AddInstances(table, overview.instances);
-    }
+    AddInstances(table, overview.instances);
     table.Line("surfaces", overview.surfaces);
     table.Line("orientations", overview.orientations);
     table.Line("element classes", overview.classes);

@@ -1,17 +1,14 @@
 // kovsim sets MODEL.ksd [NAME]
 
 #include <CLI/CLI.hpp>
-#include <algorithm>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "Commands.h"
 #include "DocumentReader.h"
+#include "InstanceList.h"
 #include "Json.h"
-#include "KOVSimDataRecord.h"
-#include "KOVSimMap.h"
-#include "KOVSimSchema.h"
 #include "MeshLabels.h"
 #include "NamedObjects.h"
 #include "Names.h"
@@ -40,42 +37,6 @@ struct Options {
 };
 
 // ---------------------------------------------------------------------------------- the list
-
-struct InstanceEntry {
-    std::string name;
-    std::string part;
-    int nodes = 0;
-    int elements = 0;
-};
-
-// Of the model's instances and of those that labels name, each name once.
-std::vector<InstanceEntry> Instances(KOVObjDocument const& document, MeshLabels const& nodes,
-                                     MeshLabels const& elements) {
-    std::vector<InstanceEntry> instances;
-    auto const entry = [&instances](std::string const& name) -> InstanceEntry& {
-        auto const at = std::lower_bound(
-            instances.begin(), instances.end(), name,
-            [](InstanceEntry const& a, std::string const& sought) { return a.name < sought; });
-        if (at != instances.end() && at->name == name) return *at;
-        return *instances.insert(at, {name, "", 0, 0});
-    };
-    KOVSimMap const map = document.GetModel().GetMap(schema::Model_instances());
-    for (KOVSimMapiterator at = map.Begin(); at.NotDone(); ++at) {
-        InstanceEntry& instance = entry(Plain(at.Key()));
-        instance.part = Plain(at.Value().GetDataRecord().ReturnString(0));
-        instance.nodes = KOVSimCSet(at.Value().GetPosition(schema::Instance_nodes())).Size();
-        instance.elements = KOVSimCSet(at.Value().GetPosition(schema::Instance_elements())).Size();
-    }
-    auto const labelled = [&](MeshLabels const& labels, int InstanceEntry::*count) {
-        for (int i = 0; i < static_cast<int>(labels.Names().size()); ++i) {
-            int& size = entry(labels.Names()[static_cast<std::size_t>(i)]).*count;
-            size = std::max(size, labels.Ordinals(i).Size());
-        }
-    };
-    labelled(nodes, &InstanceEntry::nodes);
-    labelled(elements, &InstanceEntry::elements);
-    return instances;
-}
 
 char const* ListKey(ObjectKind kind, bool internal) {
     switch (kind) {
@@ -127,7 +88,7 @@ void AddToJson(Json& json, KOVObjDocument const& document, NamedObject const& ob
 void PrintList(Options const& options, KOVObjDocument const& document) {
     MeshLabels const nodes(document, KOVObjLabelerNodes);
     MeshLabels const elements(document, KOVObjLabelerElements);
-    std::vector<InstanceEntry> const instances = Instances(document, nodes, elements);
+    std::vector<InstanceEntry> const instances = ListInstances(document, nodes, elements);
     Table table;
     Json json;
     json.BeginObject().Member("document", options.document);
@@ -139,10 +100,7 @@ void PrintList(Options const& options, KOVObjDocument const& document) {
             json.OneLine().BeginObject().Member("name", instance.name);
             json.Member("part", instance.part).Member("nodes", instance.nodes);
             json.Member("elements", instance.elements).EndObject();
-            table.Line("  " + NameText(instance.name),
-                       CountText(instance.nodes, "node") + ", " +
-                           CountText(instance.elements, "element") +
-                           (instance.part.empty() ? "" : ", part " + NameText(instance.part)));
+            table.Line("  " + NameText(instance.name), InstanceText(instance));
         }
         json.EndArray();
     }

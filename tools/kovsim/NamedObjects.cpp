@@ -131,15 +131,21 @@ std::vector<std::string> NearestKeys(KOVObjDocument const& document, std::string
     std::erase(wanted, '"');
     std::replace(wanted.begin(), wanted.end(), '.', '_');
     NearestSearch search(wanted);
+    std::string const tail = "_" + LowerCase(wanted);
+    std::vector<std::string> within;
     for (ObjectKind const kind : kinds) {
         for (bool const internal : {false, true}) {
             int const map = MapOf(kind, internal);
             if (map == kNoMap) continue;
             KOVSimMapiterator at = document.GetModel().GetMap(map).Begin();
-            for (; at.NotDone(); ++at) search.Look(View(at.Key()));
+            for (; at.NotDone() && within.size() < NearestSearch::kMost; ++at) {
+                search.Look(View(at.Key()));
+                if (std::string const key = Plain(at.Key()); LowerCase(key).ends_with(tail))
+                    within.push_back(key);
+            }
         }
     }
-    return search.Names();
+    return within.empty() ? search.Names() : within;
 }
 
 }  // namespace kov::tool

@@ -38,7 +38,8 @@ std::vector<NamedObject> AllObjects(KOVObjDocument const& document, ObjectKind k
 std::vector<NamedObject> FindObjects(KOVObjDocument const& document, std::string const& name,
                                      std::vector<ObjectKind> const& kinds);
 
-/// The keys of `kinds` nearest to a name that means none of them.
+/// The keys of `kinds` nearest to a name that means none of them: those of that name within an
+/// instance before all others.
 std::vector<std::string> NearestKeys(KOVObjDocument const& document, std::string const& name,
                                      std::vector<ObjectKind> const& kinds);
 

@@ -19,6 +19,7 @@ class Table {
         Line(name, digits);
     }
     void Line(std::string const& name, long value, std::string const& remark) {
+        if (remark.empty()) return Line(name, value);
         char digits[32];
         std::snprintf(digits, sizeof digits, "%14ld  ", value);
         Line(name, digits + remark);
