@@ -134,10 +134,12 @@ class ScopedNamesAgainstModel : public ScopedNamesTest {
         }
     }
     std::string Name(PlainModel const& model) {
-        switch (Below(4)) {
+        switch (Below(5)) {
             case 0:
                 return model.name + "_" + Pieces(4);
             case 1:
+                return model.name + "_" + Pieces(1);
+            case 2:
                 return Pieces(2) + "_\"" + Pieces(2) + "\"" + Pieces(1);
             default:
                 return Pieces(7);
@@ -154,10 +156,12 @@ TEST_P(ScopedNamesAgainstModel, EveryAnswerIsThatOfTheModel) {
     std::vector<std::string> const separators = {"", ".", ".", "::", "_", "\"", "a", "\xc3\xa9"};
     std::vector<std::string> const instances = {"", "", "", "", "I", "\"I\"", "\"\"", "\"I"};
     std::map<int, int> ways;
-    for (int round = 0; round < 16; ++round) {
+    for (int round = 0; round < 40; ++round) {
         PlainModel model;
-        model.name = Pick({"", "M", "M", "M", "a_b", "M.a", "\"M\""});
-        model.regions = Below(2) != 0;
+        // Half of the rounds ask for surfaces, all of these of a model with a name.
+        model.regions = round % 2 != 0;
+        model.name =
+            model.regions ? Pick({"M", "M", "a_b", "M.a", "\"M\""}) : Pick({"", "M", "M", "a_b"});
         int const map = model.regions ? schema::Model_regions() : schema::Model_nodeSets();
         for (int i = 0; i < 150; ++i) model.keys.insert(ModelKey(model));
         Write([&] {
