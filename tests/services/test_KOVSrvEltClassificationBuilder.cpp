@@ -143,7 +143,7 @@ TEST_P(EltClassification, SpecificationWithoutAShapeIsRefusedAndNothingStays) {
     EXPECT_TRUE(mesh.Mesh().GetElementClassCollection().IsNull());
 }
 
-// The test of the specification's place lets -1 pass: what stops is the compartment.
+// The test of the place of the element specifications lets -1 pass: what stops is the compartment.
 TEST_P(EltClassification, CompartmentWithoutSpecificationsIsTheStoresRefusal) {
     mesh.Assign({ClassDocument::Compartment({mesh.Nodes({0}), mesh.Elements({1})})});
     EXPECT_THROW(mesh.Build(), KOVSimException);

@@ -151,7 +151,7 @@ TEST_P(PointSet, TheMarkStandsBehindOneCharacterAndInThatCase) {
     EXPECT_EQ(Count(kShape, "ÄAXA2"), 12);
 }
 
-// The name is the specification's own, not the key that it stands under.
+// The name is the element specification's own, not the key that it stands under.
 TEST_P(PointSet, TheKeyOfTheSpecificationIsNotItsName) {
     int const specification = NewSpecification(zdm_Shape_QUADRILATERAL_4, "S4");
     {

@@ -39,7 +39,7 @@ Indices Membership(KOVSimContext const& context, KOVSimPosition const& record,
     return indices;
 }
 
-// A new class for the shape of the specification, as a set of one member of the class collection.
+// A new class for the shape of an element specification, as a set of one member of the collection.
 KOVSimCSetID NewClass(KOVObjMesh& mesh, KOVObjElementClassification const& classification,
                       KOVSimCollection& classCollection, KOVSimPosition const& specification) {
     KOVObjElementClass cls;
