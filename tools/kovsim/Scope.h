@@ -15,6 +15,9 @@
 #include <vector>
 
 #include "DeckReader.h"
+#include "KOVSimCSet.h"
+#include "KOVSimPosition.h"
+#include "KOVSimTypedIDs.h"
 #include "LabelTable.h"
 #include "Names.h"
 #include "Placing.h"
@@ -51,6 +54,33 @@ struct NamedOrientation {
     int line = 0;             ///< of that keyword
     int system = 0;           ///< 0 rectangular, 1 cylindrical, 2 spherical, 3 Z rectangular
     double numbers[11] = {};  ///< points a, b, c; axis of a further rotation (0 none), degrees
+};
+
+/// What the values of a distribution mean, one word for each.
+struct NamedDistributionTable {
+    std::string name;   ///< as it was typed
+    std::string path;   ///< of the file with its keyword
+    int line = 0;       ///< of that keyword
+    std::string words;  ///< upper case, one blank apart, such as "LENGTH"
+    int columns = 0;    ///< numbers that they stand for
+};
+
+/// A table field: numbers by element. Its values are in the document.
+struct NamedDistribution {
+    std::string name;              ///< as it was typed
+    std::string path;              ///< of the file with its keyword
+    int line = 0;                  ///< of that keyword
+    std::string words;             ///< of its table: what the numbers are, such as "LENGTH"
+    std::vector<double> defaults;  ///< one for each column, 0 if the deck gives none
+    int defaultLine = 0;           ///< of the line with the defaults; 0 if the deck gives none
+    KOVSimPosition field;          ///< record of the table field
+    KOVSimDistributionID values;   ///< elements by columns
+    KOVSimDrawerID drawer;         ///< its one drawer
+    KOVSimCSet elements;           ///< those with a value of their own
+
+    bool HasDefault() const { return defaultLine > 0; }
+    /// One number for each element, which may serve as a thickness or an angle.
+    bool IsOneNumber() const { return defaults.size() == 1; }
 };
 
 /// Objects of one scope by name, without regard to case.
@@ -98,6 +128,8 @@ struct Scope {
     SetTable elementSets;
     NameTable<NamedSurface> surfaces;
     NameTable<NamedOrientation> orientations;
+    NameTable<NamedDistributionTable> distributionTables;
+    NameTable<NamedDistribution> distributions;
     // Ordinals of an instance follow each other. The counts are -1 until its end.
     int firstNode = 0;
     int nodes = 0;
