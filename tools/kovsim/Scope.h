@@ -16,12 +16,11 @@
 
 #include "DeckReader.h"
 #include "KOVSimCSet.h"
-#include "KOVSimPosition.h"
-#include "KOVSimTypedIDs.h"
 #include "LabelTable.h"
 #include "Names.h"
 #include "Placing.h"
 #include "SetTable.h"
+#include "TableField.h"
 
 namespace kov::tool {
 
@@ -66,17 +65,16 @@ struct NamedDistributionTable {
 };
 
 /// A table field: numbers by element. Its values are in the document.
-struct NamedDistribution {
+struct NamedDistribution : TableField {
     std::string name;              ///< as it was typed
     std::string path;              ///< of the file with its keyword
     int line = 0;                  ///< of that keyword
     std::string words;             ///< of its table: what the numbers are, such as "LENGTH"
     std::vector<double> defaults;  ///< one for each column, 0 if the deck gives none
-    int defaultLine = 0;           ///< of the line with the defaults; 0 if the deck gives none
-    KOVSimPosition field;          ///< record of the table field
-    KOVSimDistributionID values;   ///< elements by columns
-    KOVSimDrawerID drawer;         ///< its one drawer
+    int defaultLine = 0;           ///< 0 if the deck gives none
     KOVSimCSet elements;           ///< those with a value of their own
+    double lowest = 0;             ///< of the first column, over these; 0 without them
+    DeckPlace data;                ///< in front of the first data line
 
     bool HasDefault() const { return defaultLine > 0; }
     /// One number for each element, which may serve as a thickness or an angle.
