@@ -122,11 +122,14 @@ KOVSimFTableID KOVSimPosition::CreateFTable(int type, int rows,
                                             KOVBasVector<KOVString> const& columnLabels,
                                             double const* data, int count) const {
     if (IsNull()) Fail("cannot create a function table: the position is null");
-    auto const columns = static_cast<std::int64_t>(columnLabels.Size());
+    auto const own = static_cast<std::int64_t>(columnLabels.Size());
+    auto const both = own + labels.Size();
+    bool const labelsAreColumns = rows * own != count && rows * both == count;
+    auto const columns = labelsAreColumns ? both : own;
     if (rows < 0 || count < 0 || rows * columns != count)
         Fail("cannot create a function table: " + std::to_string(count) +
-             " values were given for " + std::to_string(rows) + " rows of " +
-             std::to_string(columns) + " columns");
+             " values were given for " + std::to_string(rows) + " rows of " + std::to_string(own) +
+             (labels.Size() > 0 ? " or " + std::to_string(both) : "") + " columns");
     if (!data && count > 0) Fail("cannot create a function table: the data are null");
     kov::store::Context& context = kov::store::Context::Of(m_id.context);
     context.RequireTransaction("create a function table");
@@ -134,7 +137,8 @@ KOVSimFTableID KOVSimPosition::CreateFTable(int type, int rows,
     Statement object(context.Cat(), "INSERT INTO objects VALUES(?, ?, ?, NULL)");
     object.Bind(number).Bind(KOVSimCategoryFTable).Bind(type).Run();
     std::string const packedLabels = PackTexts(labels);
-    std::string const packedColumns = PackTexts(columnLabels);
+    std::string const packedColumns =
+        (labelsAreColumns ? packedLabels : std::string()) + PackTexts(columnLabels);
     std::string const packedData = PackReals(data, static_cast<std::size_t>(count));
     Statement insert(context.Cat(), "INSERT INTO tables VALUES(?, ?, ?, ?, ?, ?)");
     insert.Bind(number).Bind(rows).Bind(columns).BindBlob(packedLabels.data(), packedLabels.size());

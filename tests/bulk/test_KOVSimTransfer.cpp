@@ -397,3 +397,40 @@ TEST_P(Transfer, AFunctionTableKeepsItsLabelsAndEveryBit) {
     EXPECT_THROW(table.GetData(out.data(), 7), KOVSimException);
     EXPECT_THROW(table.ColumnLabel(3), KOVSimException);
 }
+
+TEST_P(Transfer, LabelsAreTheFirstColumnsOfAFunctionTableWithValuesForThemToo) {
+    KOVSimFTableID id;
+    std::vector<double> const data = Counting(6);
+    KOVBasVector<KOVString> labels;
+    labels.PushBack("first");
+    KOVBasVector<KOVString> columnLabels;
+    columnLabels.PushBack("second");
+    columnLabels.PushBack("third");
+    {
+        KOVSimTransaction transaction(document.ContextID());
+        KOVSimPosition const focus = document.Focus();
+        id = focus.CreateFTable(schema::FTable(), 2, labels, columnLabels, data.data(), 6);
+        std::vector<double> const more = Counting(8);
+        for (int const count : {5, 7, 8}) {
+            EXPECT_EQ(RefusalOf([&] {
+                          focus.CreateFTable(schema::FTable(), 2, labels, columnLabels, more.data(),
+                                             count);
+                      }),
+                      "cannot create a function table: " + std::to_string(count) +
+                          " values were given for 2 rows of 2 or 3 columns");
+        }
+        transaction.Commit();
+    }
+    Reopen();
+    KOVSimFTable const table(KOVSimFTableID(Renew(id)));
+    EXPECT_EQ(table.RowCount(), 2);
+    ASSERT_EQ(table.ColumnCount(), 3);
+    EXPECT_STREQ(table.ColumnLabel(0).Text(), "first");
+    EXPECT_STREQ(table.ColumnLabel(1).Text(), "second");
+    EXPECT_STREQ(table.ColumnLabel(2).Text(), "third");
+    ASSERT_EQ(table.LabelCount(), 1);
+    EXPECT_STREQ(table.Label(0).Text(), "first");
+    std::vector<double> out(6);
+    table.GetData(out.data(), 6);
+    EXPECT_EQ(out, data);
+}
