@@ -26,9 +26,10 @@ class KOV_EXPORT KOVSrvShellSection {
     };
 
     /// `assignment`: a member of Model_sectionAssignments with a section that is a member of
-    /// Model_bulkSections, and with a region. Throws KOVSimException where these or the layer slots
-    /// of the model do not fit the section; a section of 0 layers asks for none of them. Throws
-    /// KOVBasAssertException as UpdateThicknesses does.
+    /// Model_bulkSections, and with a region. Throws KOVSimException where the section is no such
+    /// member or has more layers than the model has layer slots; where the model lacks one of the
+    /// two collections, all that is kept by section is absent. A section of 0 layers asks for none
+    /// of them. Throws KOVBasAssertException as UpdateThicknesses does.
     explicit KOVSrvShellSection(KOVSimPosition const& assignment);
     ~KOVSrvShellSection();
     KOVSrvShellSection(KOVSrvShellSection const& other);
@@ -62,7 +63,8 @@ class KOV_EXPORT KOVSrvShellSection {
 
     int GetNumLayers() const { return m_numLayers; }
     /// The section among Model_bulkSections and its layers among Model_bulkLayerSlots, as temporary
-    /// sets; tied to no collection for a section of 0 layers.
+    /// sets; tied to no collection for a section of 0 layers, or where the model lacks that
+    /// collection.
     KOVSimCSet const& GetSectionSet() const { return m_sectionSet; }
     KOVSimCSet const& GetLayerSet() const { return m_layerSet; }
     /// The elements of the assignment's region.

@@ -50,11 +50,17 @@ KOVSrvShellSection::KOVSrvShellSection(KOVSimPosition const& assignment)
         return;
     }
     KOVSimPosition const model = m_document.GetModel();
-    KOVSimCollection sections(model.GetPosition(schema::Model_bulkSections()).GetCollection());
-    KOVSimCollection layerSlots(model.GetPosition(schema::Model_bulkLayerSlots()).GetCollection());
-    m_layerSet = layerSlots.CreateTempCSetStrided(0, m_numLayers, 1, 1);
-    int const index = m_document.GetCMemberIndex(section);
-    m_sectionSet = sections.CreateTempCSet(&index, 1, false);
+    KOVSimPosition const sections = model.GetPosition(schema::Model_bulkSections());
+    KOVSimPosition const layerSlots = model.GetPosition(schema::Model_bulkLayerSlots());
+    // A model without these has no layer data: there is nothing to find a place in.
+    if (!layerSlots.IsNull()) {
+        m_layerSet = KOVSimCollection(layerSlots.GetCollection())
+                         .CreateTempCSetStrided(0, m_numLayers, 1, 1);
+    }
+    if (!sections.IsNull()) {
+        int const index = m_document.GetCMemberIndex(section);
+        m_sectionSet = KOVSimCollection(sections.GetCollection()).CreateTempCSet(&index, 1, false);
+    }
     UpdateThicknesses();
     UpdateRotationAngles();
 }
@@ -67,9 +73,11 @@ KOVSimPosition KOVSrvShellSection::BulkMember(int member) const {
     return m_document.GetModel().GetPosition(schema::Model_bulkShellLayers()).GetPosition(member);
 }
 
-// Entries without a stored value keep what `entries` holds.
+// Entries without a stored value keep what `entries` holds; all of them do where the model lacks
+// the collections in which the section has its place.
 void KOVSrvShellSection::ReadRow(KOVSimDistribution const& distribution, void* entries,
                                  unsigned long bytes) const {
+    if (m_layerSet.IsEmpty() || m_sectionSet.IsEmpty()) return;
     KOVSimTransfer read(distribution);
     read.SetRead().SetBufferPadding(false).SetDim(0, m_layerSet).SetDim(1, m_sectionSet);
     read.CheckView().SetBuffer(0, entries, bytes).ExecRead().RelinquishBuffers();
