@@ -120,8 +120,8 @@ class KOV_EXPORT KOVSimPosition {
     /// A new distribution of `type` over `grid`, without drawers.
     KOVSimDistributionID CreateTypedDistribution(KOVSimGrid const& grid, int type,
                                                  KOVSimRangeType const& range) const;
-    /// A new function table. `data`: `count` doubles, row by row, `rows` times the number of column
-    /// labels; copied.
+    /// A new function table of `rows` rows. `data`: `count` doubles, row by row; copied. They fill
+    /// the columns of `columnLabels`, or those of `labels` and then `columnLabels`; else refused.
     KOVSimFTableID CreateFTable(int type, int rows, KOVBasVector<KOVString> const& labels,
                                 KOVBasVector<KOVString> const& columnLabels, double const* data,
                                 int count) const;

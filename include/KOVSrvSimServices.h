@@ -13,6 +13,7 @@
 #include "KOVSrvEltClassBuilderImpl.h"
 #include "KOVSrvEltClassBuilderImplShape.h"
 #include "KOVSrvEltClassificationBuilder.h"
+#include "KOVSrvFieldServices.h"
 #include "KOVSrvFsm.h"
 #include "KOVSrvGetCSetIDFromScopedName.h"
 #include "KOVSrvGetDofNumberFromDofRecord.h"
@@ -35,4 +36,5 @@
 #include "KOVSrvShellSectionPoints.h"
 #include "KOVSrvSsm.h"
 #include "KOVSrvSymbolCollection.h"
+#include "KOVSrvVariableMap.h"
 // IWYU pragma: end_exports
