@@ -41,6 +41,7 @@ std::string JsonSummary(Options const& options, TranslationSummary const& summar
     json.Member("instances", static_cast<long>(summary.instances));
     json.Member("surfaces", static_cast<long>(summary.surfaces));
     json.Member("orientations", static_cast<long>(summary.orientations));
+    json.Member("distributions", static_cast<long>(summary.distributions));
     json.Member("elementClasses", classes);
     json.Member("files", summary.files);
     json.Member("repeatedNodes", summary.repeatedNodes);
@@ -75,6 +76,7 @@ std::string PlainSummary(Options const& options, TranslationSummary const& summa
     some("instances", summary.instances);
     some("surfaces", summary.surfaces);
     some("orientations", summary.orientations);
+    some("distributions", summary.distributions);
     line("element classes", classes);
     if (summary.files > 1) line("files", summary.files);
     if (summary.repeatedNodes > 0) line("nodes defined twice", summary.repeatedNodes);

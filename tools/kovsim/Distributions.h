@@ -34,7 +34,7 @@ class Distributions {
     /// Throws a DeckError at that line for the first of `elements` that has no value and no default
     /// to take, or, with `positive`, a value or default that is not above 0. The distribution gives
     /// one number. `purpose`: what the value serves for, as in "shell section of 'SKIN'": the text
-    /// begins with "PURPOSE: distribution 'D' ".
+    /// begins with "PURPOSE: distribution 'D' gives ".
     void CheckCovers(NamedDistribution const& distribution, KOVSimCSet const& elements,
                      std::string const& purpose, std::string const& path, int line,
                      bool positive) const;
@@ -45,6 +45,8 @@ class Distributions {
                                KOVSimCSet const& elements);
 
   private:
+    std::string Element(int ordinal) const;
+
     ModelWriter& m_model;
     Scopes& m_scopes;
 };

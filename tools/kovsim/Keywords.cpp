@@ -16,13 +16,22 @@ void Call(KOVString const&, KOVSrvKeywordParser::Parameters const&, KOVSrvKeywor
 }
 
 constexpr KeywordEntry kKeywords[] = {
-    {"heading", &Call<ReadHeading>},   {"node", &Call<ReadNodes>},
-    {"element", &Call<ReadElements>},  {"nset", &Call<ReadNodeSet>},
-    {"elset", &Call<ReadElementSet>},  {"include", &Call<ReadInclude>},
-    {"surface", &Call<ReadSurface>},   {"orientation", &Call<ReadOrientation>},
-    {"part", &Call<ReadPart>},         {"endpart", &Call<ReadEndPart>},
-    {"assembly", &Call<ReadAssembly>}, {"endassembly", &Call<ReadEndAssembly>},
-    {"instance", &Call<ReadInstance>}, {"endinstance", &Call<ReadEndInstance>},
+    {"heading", &Call<ReadHeading>},
+    {"node", &Call<ReadNodes>},
+    {"element", &Call<ReadElements>},
+    {"nset", &Call<ReadNodeSet>},
+    {"elset", &Call<ReadElementSet>},
+    {"include", &Call<ReadInclude>},
+    {"surface", &Call<ReadSurface>},
+    {"orientation", &Call<ReadOrientation>},
+    {"part", &Call<ReadPart>},
+    {"endpart", &Call<ReadEndPart>},
+    {"assembly", &Call<ReadAssembly>},
+    {"endassembly", &Call<ReadEndAssembly>},
+    {"instance", &Call<ReadInstance>},
+    {"endinstance", &Call<ReadEndInstance>},
+    {"distributiontable", &Call<ReadDistributionTable>},
+    {"distribution", &Call<ReadDistribution>},
 };
 
 std::string UpperCase(std::string text) {
@@ -54,6 +63,7 @@ std::string ShownKeyword(KeywordLine const& line) {
     for (char const* const end : {"ENDPART", "ENDASSEMBLY", "ENDINSTANCE"}) {
         if (shown == end) shown.insert(3, " ");
     }
+    if (shown == "DISTRIBUTIONTABLE") shown.insert(12, " ");
     return "*" + shown;
 }
 

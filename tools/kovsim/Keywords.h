@@ -78,6 +78,8 @@ void ReadElementSet(Translation& translation, DeckReader& reader, KeywordLine co
 void ReadInclude(Translation& translation, DeckReader& reader, KeywordLine const& line);
 void ReadSurface(Translation& translation, DeckReader& reader, KeywordLine const& line);
 void ReadOrientation(Translation& translation, DeckReader& reader, KeywordLine const& line);
+void ReadDistributionTable(Translation& translation, DeckReader& reader, KeywordLine const& line);
+void ReadDistribution(Translation& translation, DeckReader& reader, KeywordLine const& line);
 void ReadPart(Translation& translation, DeckReader& reader, KeywordLine const& line);
 void ReadEndPart(Translation& translation, DeckReader& reader, KeywordLine const& line);
 void ReadAssembly(Translation& translation, DeckReader& reader, KeywordLine const& line);

@@ -17,19 +17,6 @@ int AsLabel(std::string_view text) {
                                                                                             : 0;
 }
 
-// Calls f(instance, rest) for each cut that gives an instance, until it answers true. A text may
-// have very many dots: those behind the longest name of an instance are not looked at.
-template <class F>
-void ForCuts(Scopes& scopes, Scope const& scope, ScopedName const& name, F&& f) {
-    if (!scope.IsRoot() || !scopes.HasInstances()) return;
-    std::string_view const text = name.text;
-    for (std::size_t const dot : name.dots) {
-        if (dot > scopes.LongestInstance()) return;
-        Scope* const instance = scopes.FindInstance(text.substr(0, dot));
-        if (instance != nullptr && f(*instance, text.substr(dot + 1))) return;
-    }
-}
-
 // One thing that a name may stand for.
 struct Meaning {
     Reference found;

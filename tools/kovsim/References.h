@@ -7,6 +7,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "FieldScanner.h"
@@ -29,6 +30,20 @@ struct Reference {
     int ordinal = LabelTable::None;
     NamedSet* set = nullptr;
 };
+
+/// Calls f(instance, rest) for each cut of a name at a dot that gives an instance, until it answers
+/// true; only at the root. A text may have very many dots: those behind the longest name of an
+/// instance are not looked at.
+template <class F>
+void ForCuts(Scopes& scopes, Scope const& scope, ScopedName const& name, F&& f) {
+    if (!scope.IsRoot() || !scopes.HasInstances()) return;
+    std::string_view const text = name.text;
+    for (std::size_t const dot : name.dots) {
+        if (dot > scopes.LongestInstance()) return;
+        Scope* const instance = scopes.FindInstance(text.substr(0, dot));
+        if (instance != nullptr && f(*instance, text.substr(dot + 1))) return;
+    }
+}
 
 /// Looks a name up from `scope`. Throws at line `line` if it fits several things.
 Reference FindReference(Scopes& scopes, Scope& scope, Entity const& entity, ScopedName const& name,

@@ -82,6 +82,14 @@ class Writer {
         }
     }
 
+    // Their values are written already.
+    void WriteDistributions(Scope const& scope) {
+        for (NamedDistribution const& distribution : scope.distributions.All()) {
+            Breathe();
+            Name(distribution.field, scope, distribution.name, schema::Model_distributions());
+        }
+    }
+
     void WriteLabels(Scope& scope, KOVObjLabeler& labeler, Entity const& entity) {
         LabelTable& table = scope.*entity.labels;
         if (table.Size() == 0) return;
@@ -206,6 +214,7 @@ void WriteScopes(ModelWriter& model, Scopes& scopes) {
     for (Scope const& scope : scopes.All()) {
         writer.WriteSurfaces(scope);
         writer.WriteOrientations(scope);
+        writer.WriteDistributions(scope);
     }
     for (auto const type : {KOVObjLabelerNodes, KOVObjLabelerElements}) {
         KOVObjLabeler labeler(model.Document(), type);

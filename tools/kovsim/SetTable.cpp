@@ -139,6 +139,19 @@ void SetMembers::Fold(KOVSimCollection const& collection) {
     Pack(spans);
 }
 
+KOVSimCSet SetMembers::All(KOVSimCollection const& collection) const {
+    if (m_runs.size() == 1 && m_packed.empty() && m_scattered == nullptr) {
+        OrdinalRun const& run = m_runs.front();
+        return collection.CreateVolatileCSetStrided(run.first, run.count, run.stride, 1);
+    }
+    SetMembers copy;
+    copy.Add(*this);
+    copy.Fold(collection);
+    std::vector<Span> spans = copy.Unpack();
+    copy.Scatter(spans, collection);
+    return copy.m_scattered == nullptr ? KOVSimCSet(collection.ID()) : *copy.m_scattered;
+}
+
 KOVSimCSetID SetMembers::Store(KOVSimCollection& collection) {
     if (m_runs.size() == 1 && m_packed.empty() && m_scattered == nullptr) {
         OrdinalRun const& run = m_runs.front();

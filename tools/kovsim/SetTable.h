@@ -46,6 +46,8 @@ class SetMembers {
     void ForRuns(F&& f) const;
     /// Packs what was gathered. The members must lie inside the collection.
     void Fold(KOVSimCollection const& collection);
+    /// All members, as a set without an ID.
+    KOVSimCSet All(KOVSimCollection const& collection) const;
     /// A stored set of all members; in a transaction.
     KOVSimCSetID Store(KOVSimCollection& collection);
 

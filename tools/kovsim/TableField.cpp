@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 
+#include "KOVObjMesh.h"
 #include "KOVSimCollection.h"
 #include "KOVSimDataRecord.h"
 #include "KOVSimDistribution.h"
@@ -51,9 +52,8 @@ TableField MakeTableField(KOVObjDocument const& document, int columns) {
 
     TableField made;
     made.field = document.GetModel().CreateDataRecord(schema::Field_FTable()).Pos();
-    made.values = made.field.CreateTypedDistribution(KOVSimGrid(grid),
-                                                     schema::TableFieldDistribution(),
-                                                     KOVSimRangeType(KOVSimTypeKeyDouble));
+    made.values = made.field.CreateTypedDistribution(
+        KOVSimGrid(grid), schema::TableFieldDistribution(), KOVSimRangeType(KOVSimTypeKeyDouble));
     made.field.SetPosition(schema::FieldFTable_distribution(), KOVSimPosition(made.values));
 
     KOVSimDistribution const values(made.values);

@@ -53,6 +53,7 @@ TranslationSummary Translation::Run(std::string const& deck) {
         m_summary.elementSets += scope.elementSets.Size();
         m_summary.surfaces += scope.surfaces.Size();
         m_summary.orientations += scope.orientations.Size();
+        m_summary.distributions += scope.distributions.Size();
     }
     m_summary.parts = m_assembly.parts.size();
     m_summary.instances = m_scopes.All().size() - 1;

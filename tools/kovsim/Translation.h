@@ -49,6 +49,7 @@ struct TranslationSummary {
     std::size_t elementSets = 0;
     std::size_t surfaces = 0;
     std::size_t orientations = 0;
+    std::size_t distributions = 0;
     std::size_t parts = 0;
     std::size_t instances = 0;
     int files = 0;
@@ -86,6 +87,7 @@ class Translation {
     Scope& Current() { return *m_scope; }
     void Enter(Scope& scope) { m_scope = &scope; }
     Scopes& AllScopes() { return m_scopes; }
+    DeckFiles& Files() { return m_files; }
     Assembly& Parts() { return m_assembly; }
     /// True where nodes of instances may be named, which may stand further on.
     bool NamesInstances() const { return m_scope->IsRoot() && m_assembly.line != 0; }
@@ -115,8 +117,13 @@ class Translation {
     NamedSet& MakeSet(Entity const& entity, std::string const& name, bool internal,
                       DeckReader const& reader, int line);
 
-    /// A new object of the current scope. Throws at line `line` if the scope has one of that name,
-    /// or another scope has one with the same key. `what`: "surface" or the like.
+    /// A new object of the current scope. Throws at line `line` if the scope has one of that name.
+    /// `what`: "surface" or the like.
+    template <class Object>
+    Object& MakeFirst(char const* what, NameTable<Object> Scope::*table, std::string const& name,
+                      DeckReader const& reader, int line);
+    /// The same for what has a key in the document. Throws too if another scope has an object with
+    /// the same key.
     template <class Object>
     Object& MakeOnce(char const* what, NameTable<Object> Scope::*table, std::string const& name,
                      DeckReader const& reader, int line);
@@ -177,24 +184,31 @@ class Translation {
 };
 
 template <class Object>
-Object& Translation::MakeOnce(char const* what, NameTable<Object> Scope::*table,
-                              std::string const& name, DeckReader const& reader, int line) {
+Object& Translation::MakeFirst(char const* what, NameTable<Object> Scope::*table,
+                               std::string const& name, DeckReader const& reader, int line) {
     NameTable<Object>& objects = m_scope->*table;
     if (Object const* const first = objects.Find(name)) {
         reader.FailAt(line, std::string(what) + " " + ShownIn(*m_scope, name) +
                                 " is defined a second time, first at " +
                                 reader.At(first->path, first->line) + "; expected each name once");
     }
+    Object& object = objects.Make(name);
+    object.path = reader.Path();
+    object.line = line;
+    return object;
+}
+
+template <class Object>
+Object& Translation::MakeOnce(char const* what, NameTable<Object> Scope::*table,
+                              std::string const& name, DeckReader const& reader, int line) {
+    Object& made = MakeFirst(what, table, name, reader, line);
     std::string const same = m_scopes.SameKey(
         *m_scope, name, [table](Scope& scope, std::string_view other) -> std::string const* {
             Object const* const object = (scope.*table).Find(other);
             return object == nullptr ? nullptr : &object->name;
         });
     if (!same.empty()) FailKey(std::string(what) + " ", name, same, reader, line);
-    Object& object = objects.Make(name);
-    object.path = reader.Path();
-    object.line = line;
-    return object;
+    return made;
 }
 
 }  // namespace kov::tool
