@@ -1,56 +1,8 @@
 // Writes a keyword deck of hexahedra of about a given size, or with a given number of nodes.
 //
 //   --out model.inp --megabytes 1000        --out model.inp --nodes 10000000
-#include <charconv>
-
 #include "bench/support/HexMesh.h"
-
-namespace {
-
-class Text {
-  public:
-    explicit Text(std::string const& path) : m_file(std::fopen(path.c_str(), "w")) {
-        if (!m_file) throw std::runtime_error("cannot write " + path);
-    }
-    ~Text() {
-        Flush();
-        std::fclose(m_file);
-    }
-    Text& operator<<(char const* text) {
-        std::size_t const n = std::strlen(text);
-        Room(n);
-        std::memcpy(m_buffer + m_used, text, n);
-        m_used += n;
-        return *this;
-    }
-    template <class Number>
-    Text& operator<<(Number number) {
-        Room(32);
-        char* const at = m_buffer + m_used;
-        m_used = static_cast<std::size_t>(std::to_chars(at, at + 32, number).ptr - m_buffer);
-        return *this;
-    }
-    void Fixed(double number, int digits) {
-        Room(64);
-        char* const at = m_buffer + m_used;
-        m_used = static_cast<std::size_t>(
-            std::to_chars(at, at + 64, number, std::chars_format::fixed, digits).ptr - m_buffer);
-    }
-
-  private:
-    void Room(std::size_t n) {
-        if (m_used + n > sizeof m_buffer) Flush();
-    }
-    void Flush() {
-        std::fwrite(m_buffer, 1, m_used, m_file);
-        m_used = 0;
-    }
-    FILE* m_file;
-    char m_buffer[1 << 16];
-    std::size_t m_used = 0;
-};
-
-}  // namespace
+#include "bench/support/TextFile.h"
 
 int main(int argc, char** argv) {
     bench::Options const options(argc, argv);
@@ -64,7 +16,7 @@ int main(int argc, char** argv) {
     // Coordinates have `--digits` decimals, before which there are up to four digits.
     int const digits = options.Int("digits", 6);
     std::uniform_real_distribution<double> coordinate(-1000, 1000);
-    Text text(options.Text("out", "model.inp"));
+    bench::TextFile text(options.Text("out", "model.inp"));
     text << "*HEADING\nA block of hexahedra\n*NODE, NSET=ALL-NODES\n";
     for (int i = 0; i < mesh.NumberNodes(); ++i) {
         text << i + 1;

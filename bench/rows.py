@@ -39,7 +39,7 @@ class Row:
     limits: tuple = ("unions alone", "read and write", "buffer at hand",
                      "plain file", "mapped file", "plain loop", "plain merge", "look-ups alone",
                      "labels read", "fgets, strtod", "mmap, from_chars",
-                     "plain copy")
+                     "plain copy", "plain transfers", "the deck")
 
 
 def fastest(results, row):
@@ -162,6 +162,39 @@ def shells(count):
     ]
 
 
+def shell_fields(elements):
+    def near(row, factor, who):
+        return lambda results: results.get(row) <= factor * results.get(row, who)
+
+    of = f"of 8 layers of {elements:,} elements"
+    return [
+        Row("shells.fields.write", "thicknesses by element " + of + ", written from table fields",
+            seconds, "3 times reading and writing by plain transfers",
+            near("shells.fields.write", 3, "read and write")),
+        Row("shells.fields.read", "the same read, section by section", seconds,
+            "1.5 of plain transfers", near("shells.fields.read", 1.5, "plain transfers")),
+    ]
+
+
+def shell_deck(count):
+    # Five numbers of each layer are gathered, and what the deck says of it.
+    most = 100 + (5 * 24 + 32) * 20 * count / 1e6
+
+    def translated(results):
+        return results.get("shells.translate") < 10 and results.peak("shells.translate") < most
+
+    of = f"a deck of {count:,} shell sections of 20 layers"
+    return [
+        Row("shells.translate", of + " to a document", seconds,
+            f"below 10 s; 152 bytes a layer and 100 MB: {most:.0f} MB", translated),
+        Row("shells.size", "size of that document", megabytes, "twice the deck",
+            lambda results: (results.get("shells.size")
+                             < 2 * results.get("shells.size", "the deck"))),
+        Row("shells.layup", "`kovsim layup` of one of these sections, the whole process", seconds,
+            "below 0.5 s", below("shells.layup", 0.5)),
+    ]
+
+
 def labels(nodes, counts):
     rows = []
     for count in counts:
@@ -267,5 +300,7 @@ def ROWS(sizes):
         *named_sets(sizes["sets"]),
         *labels(sizes["labels"], sizes["instances"]),
         *shells(sizes["shells"]),
+        *shell_fields(sizes["fields"]),
+        *shell_deck(sizes["shells"]),
         *scoped_names(sizes["names"]),
     ]

@@ -30,10 +30,12 @@ PEERS = ["hdf5", "netcdf", "exodus", "cgns", "med"]
 FULL = dict(nodes=10_000_000, elements=5_000_000, picked=1_000_000, members=10_000_000,
             sets=[1_000, 10_000, 100_000], peer_sets=[1_000, 10_000], names=100_000,
             deck_nodes=10_000_000, meshio_nodes=500_000,
-            labels=5_000_000, instances=[1, 10, 10_000], shells=100_000, rounds=5)
+            labels=5_000_000, instances=[1, 10, 10_000], shells=100_000,
+            fields=1_000_000, rounds=5)
 QUICK = dict(nodes=200_000, elements=100_000, picked=20_000, members=100_000, sets=[100, 1_000],
              peer_sets=[100], names=10_000, deck_nodes=50_000, meshio_nodes=5_000,
-             labels=50_000, instances=[1, 10, 100], shells=2_000, rounds=1)
+             labels=50_000, instances=[1, 10, 100], shells=2_000, fields=20_000,
+             rounds=1)
 
 
 class Results:
@@ -151,6 +153,34 @@ class Bench:
         if self.wanted("shells"):
             for _ in range(self.sizes["rounds"]):
                 self.run("shell_layers", sections=self.sizes["shells"])
+            self.run("shell_fields", elements=self.sizes["fields"], runs=self.sizes["rounds"])
+            self.shell_deck()
+
+    def shell_deck(self):
+        kovsim = self.build / "bin" / "kovsim"
+        if not kovsim.exists():
+            return
+        deck, document = self.folder / "shells.inp", self.folder / "shells.ksd"
+        count = self.sizes["shells"]
+        subprocess.run([self.program("make_shell_deck"), "--out", deck, "--sections", str(count),
+                        "--layers", "20"], check=True)
+        rounds = min(self.sizes["rounds"], 3)
+        for turn in range(rounds):
+            seconds, peak = timed([kovsim, "translate", deck, "-o", document])
+            self.results.add("shells.translate", "ours", seconds, peak)
+            if turn < rounds - 1:
+                shutil.rmtree(document)
+        size = sum(path.stat().st_size for path in document.rglob("*") if path.is_file())
+        self.results.add("shells.size", "ours", size / 1e6)
+        self.results.add("shells.size", "the deck", deck.stat().st_size / 1e6)
+        subprocess.run([self.program("shell_drawers"), "--document", document, "--layers", "20"],
+                       check=True)
+        for number in range(1, 8):
+            name = f"S{number * count // 8}"
+            seconds, peak = timed([kovsim, "layup", document, "--section", name])
+            self.results.add("shells.layup", "ours", seconds, peak)
+        deck.unlink()
+        shutil.rmtree(document)
 
     def text(self):
         kovsim = self.build / "bin" / "kovsim"
