@@ -246,6 +246,32 @@ TEST_P(OddShells, AnAssignmentWithoutRegionOrElementsHasTheLayersOfItsSection) {
     }
 }
 
+TEST_P(OddShells, CountsOfMoreSectionsThanOneTransferMovesAreRefused) {
+    int const most = std::numeric_limits<int>::max();
+    mesh.WriteBulk();
+    InTransaction([&] {
+        Sections().ExtendSpace(most);
+        KOVSimDistributionID const store =
+            mesh.NewDistribution(Slots(), Sections(), KOVSimRangeType(KOVSimTypeKeyInt));
+        KOVSimTransfer make{KOVSimDistribution(store)};
+        Ints chunks(2, 0);
+        chunks.Get(0) = 1;
+        chunks.Get(1) = 1000;
+        make.SetMakeNewDrawerChunked(chunks).SetExtendableDim(1);
+        make.SetDim(0, MeshDocument::Set(Slots(), {1}));
+        make.SetDim(1, MeshDocument::Set(Sections(), {0})).CheckView().ExecMake();
+        // Grows without any entry being moved.
+        KOVSimTransfer grow{KOVSimDistribution(store)};
+        grow.SetWrite().SetAutoExtend().SetDrawer(make.DrawerID());
+        grow.SetDim(0, MeshDocument::Set(Slots(), {}));
+        grow.SetDim(1, Sections().CreateTempCSetStrided(0, most, 1, 1)).CheckView().ExecWrite();
+        LinkAll(store);
+    });
+    mesh.Reopen();
+    KOVSrvShellSectionPoints points(mesh.document);
+    EXPECT_THROW(points.UpdateMap(), KOVSimException);
+}
+
 TEST_P(OddShells, NothingIsANullAssignment) {
     KOVSrvShellSection section{KOVSimPosition()};
     ExpectNoDatum(section, 0);

@@ -64,11 +64,12 @@ void KOVSrvShellSectionPoints::Fill() const {
         KOV_THROW_ASSERT(layer.Size() == 1);
         int const number = layer[0];
 
-        std::vector<int, KOVBasStandardAllocator<int>> counts(
-            static_cast<std::size_t>(sections.Size()), 0);
         KOVSimTransfer read(distribution);
         read.SetRead().SetDrawer(drawer.drawerID).SetBufferPadding(false);
         read.SetDim(0, layer).SetDim(1, sections).CheckView();
+        // Behind the check, which refuses what no buffer could hold.
+        std::vector<int, KOVBasStandardAllocator<int>> counts(
+            static_cast<std::size_t>(sections.Size()), 0);
         read.SetBuffer(0, counts.data(), counts.size() * sizeof(int));
         read.ExecRead().RelinquishBuffers();
 
