@@ -7,7 +7,7 @@
 // term of a tensor two, one for each of its two component symbols. The order is part of the
 // interface: whoever searches goes from row 0 to the closing row, and the first row that fits wins;
 // KOVSrvFieldServices has the searches. Fixed data that may be read from any thread once the
-// library is loaded, but not from the static initialisers of other libraries that may run before.
+// library is loaded; a static initialiser that runs before that finds grids that are not filled.
 #pragma once
 
 #include "KOVExport.h"
