@@ -16,7 +16,7 @@ class KOV_EXPORT KOVSimFTable {
     int ColumnCount() const;
     /// The label of a column, from 0. Throws outside.
     KOVString ColumnLabel(int column) const;
-    /// The labels given with the table itself, from 0; those of its first columns, if it was so made.
+    /// The labels given with the table itself, from 0; they may be those of its first columns.
     int LabelCount() const;
     KOVString Label(int index) const;
     /// Copies the first `n` values, row by row: entry (row, column) is at column + ColumnCount() *
