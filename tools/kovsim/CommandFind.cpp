@@ -11,15 +11,13 @@
 
 #include "Commands.h"
 #include "DocumentReader.h"
+#include "InstanceQuestion.h"
 #include "Json.h"
 #include "KOVObjLabeler.h"
-#include "KOVSimMap.h"
-#include "KOVSimSchema.h"
 #include "MemberList.h"
 #include "MeshLabels.h"
 #include "MeshRows.h"
 #include "Names.h"
-#include "Nearest.h"
 #include "NumberInput.h"
 #include "ObjectContent.h"
 #include "TextOut.h"
@@ -83,39 +81,12 @@ class Finder {
 
   private:
     void SetInstance(std::string const& word) {
-        std::string name = word;
-        if (!Unquote(name)) {
-            throw DocumentFault("the quotes of the instance '" + Shown(word) +
-                                "' are not in pairs");
-        }
-        m_name = name;
-        m_instance = m_labels.Find(name);
-        if (m_instance >= 0) {
-            m_labeler.emplace(m_document, m_type);
-            m_labeler->Read();
-            return;
-        }
-        // An instance may have no labels of this kind; all its questions are answered by no.
-        std::vector<std::string> names =
-            MeshLabels(m_document,
-                       m_type == KOVObjLabelerNodes ? KOVObjLabelerElements : KOVObjLabelerNodes)
-                .Names();
-        KOVSimMap const map = m_document.GetModel().GetMap(schema::Model_instances());
-        for (KOVSimMapiterator at = map.Begin(); at.NotDone(); ++at)
-            names.push_back(Plain(at.Key()));
-        if (std::find(names.begin(), names.end(), name) != names.end()) return;
-        names.insert(names.begin(), m_labels.Names().begin(), m_labels.Names().end());
-        if (names.empty()) {
-            throw DocumentFault("the " + m_options.kind +
-                                "s have no labels; ask for ordinals with --ordinal");
-        }
-        if (name.empty()) {
-            throw DocumentFault("all " + m_options.kind +
-                                "s belong to named instances; expected the name of one, such as " +
-                                NameText(names.front()));
-        }
-        throw DocumentFault("no instance named '" + Shown(name) + "'" +
-                            NearestHint(NearestNames(name, names)));
+        m_name = InstanceName(word);
+        m_instance = InstanceNumber(m_document, m_labels, m_type, m_name,
+                                    "; ask for ordinals with --ordinal");
+        if (m_instance < 0) return;
+        m_labeler.emplace(m_document, m_type);
+        m_labeler->Read();
     }
 
     std::vector<Answer> ByLabel(std::vector<int> const& labels) const {

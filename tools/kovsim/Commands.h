@@ -23,7 +23,9 @@ void AddExport(CLI::App& app, Action& action);
 void AddExtract(CLI::App& app, Action& action);
 void AddMap(CLI::App& app, Action& action);
 void AddFind(CLI::App& app, Action& action);
+void AddLayup(CLI::App& app, Action& action);
 void AddMonitor(CLI::App& app, Action& action);
+void AddSections(CLI::App& app, Action& action);
 void AddSets(CLI::App& app, Action& action);
 
 /// Writes text to standard output at once. Throws Failure if that fails.

@@ -116,4 +116,18 @@ char const* FamilyName(Family family) noexcept {
     return "";
 }
 
+bool NeedsSection(ElementType const& type) noexcept {
+    switch (type.family) {
+        case Family::Rigid:
+        case Family::Mass:
+        case Family::Spring:
+        case Family::Dashpot:
+        case Family::Gap:
+        case Family::Connector:
+            return false;
+        default:
+            return true;
+    }
+}
+
 }  // namespace kov::tool

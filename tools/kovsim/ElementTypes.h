@@ -73,4 +73,8 @@ std::span<int const> MiddleNodes(ElementType const& type) noexcept;
 
 char const* FamilyName(Family family) noexcept;
 
+/// True for types whose elements ask for a section: all but rigid elements, masses, springs,
+/// dashpots, gaps and connectors, which have their data elsewhere.
+bool NeedsSection(ElementType const& type) noexcept;
+
 }  // namespace kov::tool

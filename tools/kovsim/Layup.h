@@ -55,6 +55,9 @@ struct Layup {
     long elementCount = 0;
     std::optional<Element> element;
     std::vector<Layer> layers;  ///< the bottom layer first
+    /// Least and greatest thickness of the whole stack over the elements, where it varies.
+    std::optional<std::pair<double, double>> thicknessRange;
+    int stackDirection = 0;  ///< 1 to 3, 4 by the orientation; 0 where it is not given
 
     /// The thickness of the whole stack; nothing where a layer has none or varies by element and
     /// no element was asked for.

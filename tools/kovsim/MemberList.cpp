@@ -55,4 +55,26 @@ void PrintMembers(TextOut& out, Json& json, MeshLabels const& labels, KOVSimCSet
     json.EndArray();
 }
 
+std::string FirstLabels(MeshLabels const& labels, int instance, KOVSimCSet const& members) {
+    constexpr int kMost = 6;
+    std::string text;
+    int count = 0;
+    labels.ForRanges(instance, members, [&](LabelRange const& range) {
+        if (++count <= kMost) text += (count == 1 ? "" : ", ") + ToText(range);
+    });
+    return count > kMost ? text + ", ..." : text;
+}
+
+std::string FirstMembers(MeshLabels const& labels, KOVSimCSet const& set) {
+    constexpr int kMost = 3;
+    std::string text;
+    int count = 0;
+    labels.ForInstances(set, [&](int instance, KOVSimCSet const& members) {
+        if (++count > kMost) return;
+        text += (count == 1 ? "" : "; ") + InstanceText(labels, instance) + ": " +
+                FirstLabels(labels, instance, members);
+    });
+    return count > kMost ? text + "; ..." : text;
+}
+
 }  // namespace kov::tool

@@ -28,4 +28,9 @@ void PrintMembers(TextOut& out, std::string const& indent, MeshLabels const& lab
 /// for members without a label. What is written is printed on the way.
 void PrintMembers(TextOut& out, Json& json, MeshLabels const& labels, KOVSimCSet const& set);
 
+/// The first ranges of labels of some members of an instance, on part of a line: "1-20, 25, ...".
+std::string FirstLabels(MeshLabels const& labels, int instance, KOVSimCSet const& members);
+/// The same of a set, instance by instance: "Part-1: 1-20, 25; \"\": 7".
+std::string FirstMembers(MeshLabels const& labels, KOVSimCSet const& set);
+
 }  // namespace kov::tool

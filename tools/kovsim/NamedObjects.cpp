@@ -109,40 +109,52 @@ std::vector<NamedObject> AllObjects(KOVObjDocument const& document, ObjectKind k
 
 std::vector<NamedObject> FindObjects(KOVObjDocument const& document, std::string const& name,
                                      std::vector<ObjectKind> const& kinds) {
-    ScopedName const scoped = TakeApart(name);
     std::vector<NamedObject> objects;
     for (ObjectKind const kind : kinds) {
         for (bool const internal : {false, true}) {
             int const map = MapOf(kind, internal);
             if (map == kNoMap) continue;
-            KOVSimPosition const found = Resolve(document.Focus(), name, scoped, map);
-            if (found.IsNull()) continue;
-            std::string key = KeyOf(document.GetModel().GetMap(map), found, scoped);
-            objects.push_back({kind, internal, std::move(key), found});
+            KeyedObject found = FindInMap(document, name, map);
+            if (found.position.IsNull()) continue;
+            objects.push_back({kind, internal, std::move(found.key), found.position});
             break;
         }
     }
     return objects;
 }
 
+KeyedObject FindInMap(KOVObjDocument const& document, std::string const& name, int map) {
+    ScopedName const scoped = TakeApart(name);
+    KOVSimPosition const found = Resolve(document.Focus(), name, scoped, map);
+    if (found.IsNull()) return {};
+    return {KeyOf(document.GetModel().GetMap(map), found, scoped), found};
+}
+
 std::vector<std::string> NearestKeys(KOVObjDocument const& document, std::string const& name,
                                      std::vector<ObjectKind> const& kinds) {
+    std::vector<int> maps;
+    for (ObjectKind const kind : kinds) {
+        for (bool const internal : {false, true}) {
+            if (MapOf(kind, internal) != kNoMap) maps.push_back(MapOf(kind, internal));
+        }
+    }
+    return NearestInMaps(document, name, maps);
+}
+
+std::vector<std::string> NearestInMaps(KOVObjDocument const& document, std::string const& name,
+                                       std::vector<int> const& maps) {
     std::string wanted = name;
     std::erase(wanted, '"');
     std::replace(wanted.begin(), wanted.end(), '.', '_');
     NearestSearch search(wanted);
     std::string const tail = "_" + LowerCase(wanted);
     std::vector<std::string> within;
-    for (ObjectKind const kind : kinds) {
-        for (bool const internal : {false, true}) {
-            int const map = MapOf(kind, internal);
-            if (map == kNoMap) continue;
-            KOVSimMapiterator at = document.GetModel().GetMap(map).Begin();
-            for (; at.NotDone() && within.size() < NearestSearch::kMost; ++at) {
-                search.Look(View(at.Key()));
-                if (std::string const key = Plain(at.Key()); LowerCase(key).ends_with(tail))
-                    within.push_back(key);
-            }
+    for (int const map : maps) {
+        KOVSimMapiterator at = document.GetModel().GetMap(map).Begin();
+        for (; at.NotDone() && within.size() < NearestSearch::kMost; ++at) {
+            search.Look(View(at.Key()));
+            if (std::string const key = Plain(at.Key()); LowerCase(key).ends_with(tail))
+                within.push_back(key);
         }
     }
     return within.empty() ? search.Names() : within;

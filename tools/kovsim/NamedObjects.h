@@ -43,4 +43,16 @@ std::vector<NamedObject> FindObjects(KOVObjDocument const& document, std::string
 std::vector<std::string> NearestKeys(KOVObjDocument const& document, std::string const& name,
                                      std::vector<ObjectKind> const& kinds);
 
+/// An object and its key in a map of the model.
+struct KeyedObject {
+    std::string key;
+    KOVSimPosition position;  ///< null if there is none
+};
+/// The object that `name`, written as for FindObjects, means in one map of the model, such as that
+/// of its sections. Throws Failure if its quotes are not in pairs.
+KeyedObject FindInMap(KOVObjDocument const& document, std::string const& name, int map);
+/// The keys of these maps nearest to a name, as NearestKeys gives them.
+std::vector<std::string> NearestInMaps(KOVObjDocument const& document, std::string const& name,
+                                       std::vector<int> const& maps);
+
 }  // namespace kov::tool

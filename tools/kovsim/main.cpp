@@ -45,6 +45,8 @@ int Run(int argc, char** argv) {
     kov::tool::AddSets(app, action);
     kov::tool::AddFind(app, action);
     kov::tool::AddClasses(app, action);
+    kov::tool::AddSections(app, action);
+    kov::tool::AddLayup(app, action);
     kov::tool::AddVerify(app, action);
     kov::tool::AddCompact(app, action);
     kov::tool::AddExport(app, action);
