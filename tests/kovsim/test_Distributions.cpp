@@ -184,6 +184,27 @@ TEST_P(Distributions, OfMoreThanOneBlockKeepAllValues) {
     EXPECT_EQ(test::Stored(Field("S")).values.size(), expected.size());
 }
 
+// Rows in any order are gathered for longer, so that it takes more of them for several blocks.
+TEST_P(Distributions, OfMoreThanOneBlockInAnyOrderKeepAllValues) {
+    int const elements = 20 * tool::RowsInBlock(64);
+    std::string mesh = "*NODE\n1\n2, 1\n*ELEMENT, TYPE=T3D2\n";
+    std::string words, rows = kHead;
+    for (int i = 0; i < 64; ++i) words += "MODULUS,\n";
+    FieldValues expected;
+    for (int i = 0; i < elements; ++i) {
+        mesh += std::to_string(i + 1) + ",1,2\n";
+        int const element = static_cast<int>((7919LL * i) % elements);
+        rows += std::to_string(element + 1);
+        for (int j = 0; j < 64; ++j) {
+            rows += ',' + std::to_string((element + j) % 10);
+            expected[element].push_back((element + j) % 10);
+        }
+        rows += '\n';
+    }
+    Translate(mesh + "*DISTRIBUTION TABLE, NAME=T\n" + words + rows);
+    EXPECT_TRUE(Stored().values == expected);
+}
+
 // ---- what is wrong ----
 
 struct Wrong {

@@ -11,7 +11,7 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <numeric>
+#include <cstdint>
 #include <vector>
 
 #include "DataFields.h"
@@ -30,6 +30,7 @@ using Result = FieldScanner::Result;
 constexpr char kForm[] = "ELEMENT OR ELEMENT SET, VALUE, ...";
 constexpr char kWords[] = "words such as LENGTH, ANGLE or COORD3D";
 constexpr long kBreath = 1 << 16;
+constexpr std::size_t kUnsorted = 8;
 
 int HighestOf(KOVSimCSet const& elements) { return static_cast<int>(elements.Bounds() >> 32); }
 int LowestOf(KOVSimCSet const& elements) { return static_cast<int>(elements.Bounds()); }
@@ -41,7 +42,8 @@ class Rows {
         : m_columns(static_cast<std::size_t>(columns)),
           m_most(static_cast<std::size_t>(RowsInBlock(columns))) {}
 
-    bool IsFull() const { return m_ordinals.size() == m_most; }
+    // Blocks that overlap are stored in pieces, so that rows in any order are gathered for longer.
+    bool IsFull() const { return m_ordinals.size() >= (m_ascending ? m_most : kUnsorted * m_most); }
     std::size_t Size() const { return m_ordinals.size(); }
     int const* Ordinals() const { return m_ordinals.data(); }
     double const* Values() const { return m_values.data(); }
@@ -81,20 +83,20 @@ class Rows {
 
 void Rows::Sort() {
     if (m_ascending) return;
-    std::vector<std::size_t> order(m_ordinals.size());
-    std::iota(order.begin(), order.end(), std::size_t{0});
-    // Lines ascend already.
-    std::sort(order.begin(), order.end(), [this](std::size_t a, std::size_t b) {
-        return m_ordinals[a] != m_ordinals[b] ? m_ordinals[a] < m_ordinals[b] : a < b;
-    });
+    // The ordinal above the place: lines ascend with the places already.
+    std::vector<std::uint64_t> order(m_ordinals.size());
+    for (std::size_t i = 0; i < order.size(); ++i) {
+        order[i] = static_cast<std::uint64_t>(m_ordinals[i]) << 32U | i;
+    }
+    std::sort(order.begin(), order.end());
     std::vector<int> ordinals(order.size());
     std::vector<int> lines(order.size());
     std::vector<double> values(m_values.size());
     for (std::size_t i = 0; i < order.size(); ++i) {
-        ordinals[i] = m_ordinals[order[i]];
-        lines[i] = m_lines[order[i]];
-        std::copy_n(m_values.data() + order[i] * m_columns, m_columns,
-                    values.data() + i * m_columns);
+        std::size_t const from = order[i] & 0xffffffffU;
+        ordinals[i] = m_ordinals[from];
+        lines[i] = m_lines[from];
+        std::copy_n(m_values.data() + from * m_columns, m_columns, values.data() + i * m_columns);
     }
     m_ordinals.swap(ordinals);
     m_lines.swap(lines);
