@@ -37,6 +37,7 @@ class InMemory {
         tool::Translation translation(files, document, transaction, std::move(options));
         summary = translation.Run("deck.inp");
         transaction.Commit();
+        translation.WriteLayers();
         return *this;
     }
     /// The text of the error that the deck ends with; "" if it ends with none.

@@ -42,6 +42,9 @@ std::string JsonSummary(Options const& options, TranslationSummary const& summar
     json.Member("surfaces", static_cast<long>(summary.surfaces));
     json.Member("orientations", static_cast<long>(summary.orientations));
     json.Member("distributions", static_cast<long>(summary.distributions));
+    json.Member("materials", static_cast<long>(summary.materials));
+    json.Member("sections", static_cast<long>(summary.sections));
+    json.Member("plies", static_cast<long>(summary.plies));
     json.Member("elementClasses", classes);
     json.Member("files", summary.files);
     json.Member("repeatedNodes", summary.repeatedNodes);
@@ -51,9 +54,38 @@ std::string JsonSummary(Options const& options, TranslationSummary const& summar
     json.Key("notes").BeginObject();
     for (auto const& [note, count] : summary.notes) json.Member(note, count);
     json.EndObject();
+    json.Key("elementsWithoutSection").BeginObject();
+    json.Member("elements", summary.sectionlessElements);
+    json.Member("blocks", summary.sectionlessBlocks);
+    json.Key("first").BeginArray();
+    for (Sectionless const& block : summary.sectionless) {
+        json.BeginObject().Member("file", block.path).Member("line", block.line);
+        json.Member("type", block.type).Member("elements", block.count);
+        json.Member("instance", block.instance).Member("label", block.label).EndObject();
+    }
+    json.EndArray().EndObject();
     json.Member("seconds", seconds);
     json.EndObject();
     return json.Text();
+}
+
+std::string SectionlessText(TranslationSummary const& summary) {
+    std::string text;
+    for (Sectionless const& block : summary.sectionless) {
+        text += std::to_string(block.count) + (block.count == 1 ? " element (" : " elements (") +
+                block.type + ") of " + block.path + ":" + std::to_string(block.line) +
+                (block.count == 1 ? " is in no section" : " are in no section") +
+                ", the first is " + std::to_string(block.label);
+        if (!block.instance.empty()) text += " of " + NameText(block.instance);
+        text += "\n";
+    }
+    long const more = summary.sectionlessBlocks - static_cast<long>(summary.sectionless.size());
+    if (more > 0) {
+        text += "and those of " + std::to_string(more) +
+                (more == 1 ? " more keyword" : " more keywords") + ", " +
+                std::to_string(summary.sectionlessElements) + " elements in all\n";
+    }
+    return text;
 }
 
 std::string PlainSummary(Options const& options, TranslationSummary const& summary, int classes,
@@ -77,12 +109,16 @@ std::string PlainSummary(Options const& options, TranslationSummary const& summa
     some("surfaces", summary.surfaces);
     some("orientations", summary.orientations);
     some("distributions", summary.distributions);
+    some("materials", summary.materials);
+    some("sections", summary.sections);
+    some("plies", summary.plies);
     line("element classes", classes);
     if (summary.files > 1) line("files", summary.files);
     if (summary.repeatedNodes > 0) line("nodes defined twice", summary.repeatedNodes);
     for (auto const& [keyword, count] : summary.unknownKeywords) line("unknown " + keyword, count);
     for (auto const& [note, count] : summary.notes)
         text += std::to_string(count) + " " + note + "\n";
+    text += SectionlessText(summary);
     char row[80];
     std::snprintf(row, sizeof row, "%-24s %12.2f\n", "seconds", seconds);
     return text + row;
@@ -104,7 +140,9 @@ int Translate(Options const& options) {
                                  }});
         summary = translation.Run(options.deck);
         transaction.Commit();
+        translation.WriteLayers();
         classes = ClassifyElements(document);
+        LinkSectionsToClasses(document);
         document.Close();
     }
     place.Publish();

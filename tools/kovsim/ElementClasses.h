@@ -11,6 +11,10 @@ namespace kov::tool {
 /// document without elements.
 int ClassifyElements(KOVObjDocument const& document);
 
+/// Links each class to the sections of its elements, in the order of the model's assignments.
+/// Commits a transaction of its own: none may be open. Nothing happens without a classification.
+void LinkSectionsToClasses(KOVObjDocument const& document);
+
 /// The number of element classes of a document.
 int CountElementClasses(KOVObjDocument const& document);
 

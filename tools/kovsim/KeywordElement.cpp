@@ -156,6 +156,8 @@ void ReadElements(Translation& translation, DeckReader& reader, KeywordLine cons
     TypeElements& elements = model.Elements(type);
     int const first = model.ElementCount();
     model.BeginElements(type);
+    translation.Blocks().Begin(first, type,
+                               translation.Sections().files.At(reader.Path(), line.line));
     bool deferred = false;
     NodeNames nodes;
     int ordinals[kMostNodes];

@@ -32,13 +32,18 @@ constexpr KeywordEntry kKeywords[] = {
     {"endinstance", &Call<ReadEndInstance>},
     {"distributiontable", &Call<ReadDistributionTable>},
     {"distribution", &Call<ReadDistribution>},
+    {"material", &Call<ReadMaterial>},
+    {"shellsection", &Call<ReadShellSection>},
+    {"solidsection", &Call<ReadSolidSection>},
+    {"membranesection", &Call<ReadMembraneSection>},
+    {"beamsection", &Call<ReadBeamSection>},
 };
 
-std::string UpperCase(std::string text) {
-    for (char& c : text) {
-        if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
-    }
-    return text;
+// A key without the blanks that it is shown with.
+std::string Joined(char const* key) {
+    std::string joined(key);
+    std::erase(joined, ' ');
+    return joined;
 }
 
 bool HasControl(std::string_view text) {
@@ -57,34 +62,47 @@ void AmbiguousKeyword(KOVString const&, KOVSrvKeywordParser::Parameters const&,
 
 std::span<KeywordEntry const> KeywordTable() { return kKeywords; }
 
+std::string UpperCase(std::string text) {
+    for (char& c : text) {
+        if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
+    }
+    return text;
+}
+
 std::string ShownKeyword(KeywordLine const& line) {
     std::string shown = UpperCase(Shown(View(line.keyword)));
     // Blanks are no part of a keyword, but users write one here.
-    for (char const* const end : {"ENDPART", "ENDASSEMBLY", "ENDINSTANCE"}) {
-        if (shown == end) shown.insert(3, " ");
+    for (char const* const words :
+         {"END PART", "END ASSEMBLY", "END INSTANCE", "DISTRIBUTION TABLE", "SHELL SECTION",
+          "SOLID SECTION", "MEMBRANE SECTION", "BEAM SECTION"}) {
+        if (shown == Joined(words)) return std::string("*") + words;
     }
-    if (shown == "DISTRIBUTIONTABLE") shown.insert(12, " ");
     return "*" + shown;
 }
 
 KeywordParameters::KeywordParameters(DeckReader const& reader, KeywordLine const& line,
                                      std::initializer_list<char const*> keys)
     : m_reader(reader), m_line(line) {
-    std::vector<char const*> allowed(keys);
+    std::vector<std::string> joined;
+    for (char const* const key : keys) joined.push_back(Joined(key));
+    std::vector<char const*> allowed;
+    for (std::string const& key : joined) allowed.push_back(key.c_str());
     allowed.push_back(nullptr);
     KOVSrvKeywordParameterReader parameters(line.parameters, allowed.data());
     int index = 0;
     for (parameters.First(); !parameters.IsDone(); parameters.Next(), ++index) {
         std::string const given = Plain(line.parameters.ConstGet(index));
-        std::string const key = Plain(parameters.CurrentKey());
+        std::string const found = Plain(parameters.CurrentKey());
         std::string const shown = Shown(given.substr(0, given.find('=')));
-        if (key.empty()) {
+        if (found.empty()) {
             std::string known;
             for (char const* const name : keys)
                 known += (known.empty() ? "" : ", ") + UpperCase(name);
             reader.FailAt(line.line, ShownKeyword(line) + " has no parameter '" + shown +
                                          "'; expected " + (known.empty() ? "none" : known));
         }
+        std::string const key =
+            keys.begin()[std::find(joined.begin(), joined.end(), found) - joined.begin()];
         if (Find(key.c_str()) != nullptr) {
             reader.FailAt(line.line,
                           "parameter " + UpperCase(key) + " is given twice; expected it once");
@@ -134,6 +152,20 @@ ScopedName KeywordParameters::Scoped(char const* key) const {
         ++at;
     }
     return name;
+}
+
+void KeywordParameters::PassOver(Translation& translation,
+                                 std::initializer_list<char const*> keys) const {
+    for (char const* const key : keys) {
+        if (!Has(key)) continue;
+        if (translation.IsStrict()) {
+            m_reader.FailAt(m_line.line, "parameter " + UpperCase(key) + " of " +
+                                             ShownKeyword(m_line) +
+                                             " is not kept; expected kept ones only");
+        }
+        translation.Note("times " + UpperCase(key) + " of " + ShownKeyword(m_line) +
+                         ", which was not kept");
+    }
 }
 
 std::string KeywordParameters::Required(char const* key) const {

@@ -40,7 +40,8 @@ struct KeywordCall {
 /// keyword's line.
 class KeywordParameters {
   public:
-    /// `keys`: allowed names in lower case.
+    /// `keys`: allowed names in lower case; blanks in them are shown in messages, and have no
+    /// meaning.
     KeywordParameters(DeckReader const& reader, KeywordLine const& line,
                       std::initializer_list<char const*> keys);
 
@@ -52,6 +53,9 @@ class KeywordParameters {
     std::string Required(char const* key) const;
     /// The value as a name that may begin with an instance.
     ScopedName Scoped(char const* key) const;
+    /// Notes those of `keys` that are given: they are known, and nothing is done with them. Where
+    /// the deck is read strictly they are errors.
+    void PassOver(Translation& translation, std::initializer_list<char const*> keys) const;
 
   private:
     struct Given {
@@ -67,6 +71,9 @@ class KeywordParameters {
     std::vector<Given> m_values;
 };
 
+/// A to Z in the place of a to z.
+std::string UpperCase(std::string text);
+
 /// The keyword as users write it, for messages.
 std::string ShownKeyword(KeywordLine const& line);
 
@@ -80,6 +87,11 @@ void ReadSurface(Translation& translation, DeckReader& reader, KeywordLine const
 void ReadOrientation(Translation& translation, DeckReader& reader, KeywordLine const& line);
 void ReadDistributionTable(Translation& translation, DeckReader& reader, KeywordLine const& line);
 void ReadDistribution(Translation& translation, DeckReader& reader, KeywordLine const& line);
+void ReadMaterial(Translation& translation, DeckReader& reader, KeywordLine const& line);
+void ReadShellSection(Translation& translation, DeckReader& reader, KeywordLine const& line);
+void ReadSolidSection(Translation& translation, DeckReader& reader, KeywordLine const& line);
+void ReadMembraneSection(Translation& translation, DeckReader& reader, KeywordLine const& line);
+void ReadBeamSection(Translation& translation, DeckReader& reader, KeywordLine const& line);
 void ReadPart(Translation& translation, DeckReader& reader, KeywordLine const& line);
 void ReadEndPart(Translation& translation, DeckReader& reader, KeywordLine const& line);
 void ReadAssembly(Translation& translation, DeckReader& reader, KeywordLine const& line);

@@ -3,6 +3,7 @@
 #include <charconv>
 #include <string_view>
 
+#include "Failure.h"
 #include "Names.h"
 #include "Nearest.h"
 
@@ -55,14 +56,21 @@ bool ScopedName::Read(FieldScanner& fields) {
 
 Reference FindReference(Scopes& scopes, Scope& scope, Entity const& entity, ScopedName const& name,
                         DeckReader const& reader, int line) {
+    return FindReference(scopes, scope, entity, name, reader.Path(), line);
+}
+
+Reference FindReference(Scopes& scopes, Scope& scope, Entity const& entity, ScopedName const& name,
+                        std::string const& path, int line) {
     Meaning first;
     bool const bare = !name.quoted;
     first.found.set = (scope.*entity.sets).Find(name.text);
+    first.found.scope = &scope;
     bool any = first.found.set != nullptr && (bare || name.dots.empty());
     Reference const whole = first.found;
     ForCuts(scopes, scope, name, [&](Scope& instance, std::string_view rest) {
         Meaning meaning;
         meaning.instance = &instance;
+        meaning.found.scope = &instance;
         meaning.rest = rest;
         int const label = AsLabel(rest);
         if (label > 0) meaning.found.ordinal = (instance.*entity.labels).Find(label);
@@ -71,10 +79,10 @@ Reference FindReference(Scopes& scopes, Scope& scope, Entity const& entity, Scop
             if (meaning.found.set == nullptr) return false;
         }
         if (any) {
-            reader.FailAt(line, "'" + Shown(name.text) + "' is " + Described(first, entity) +
-                                    " and " + Described(meaning, entity) +
-                                    "; expected quotes, as in " + Quoted(first, name) + " or " +
-                                    Quoted(meaning, name));
+            throw DeckError(path, line,
+                            "'" + Shown(name.text) + "' is " + Described(first, entity) + " and " +
+                                Described(meaning, entity) + "; expected quotes, as in " +
+                                Quoted(first, name) + " or " + Quoted(meaning, name));
         }
         any = true;
         first = meaning;

@@ -29,6 +29,7 @@ struct ScopedName {
 struct Reference {
     int ordinal = LabelTable::None;
     NamedSet* set = nullptr;
+    Scope* scope = nullptr;  ///< whose it is
 };
 
 /// Calls f(instance, rest) for each cut of a name at a dot that gives an instance, until it answers
@@ -45,7 +46,9 @@ void ForCuts(Scopes& scopes, Scope const& scope, ScopedName const& name, F&& f) 
     }
 }
 
-/// Looks a name up from `scope`. Throws at line `line` if it fits several things.
+/// Looks a name up from `scope`. Throws at line `line` of the file if it fits several things.
+Reference FindReference(Scopes& scopes, Scope& scope, Entity const& entity, ScopedName const& name,
+                        std::string const& path, int line);
 Reference FindReference(Scopes& scopes, Scope& scope, Entity const& entity, ScopedName const& name,
                         DeckReader const& reader, int line);
 

@@ -53,6 +53,13 @@ struct NamedOrientation {
     int line = 0;             ///< of that keyword
     int system = 0;           ///< 0 rectangular, 1 cylindrical, 2 spherical, 3 Z rectangular
     double numbers[11] = {};  ///< points a, b, c; axis of a further rotation (0 none), degrees
+    int index = -1;           ///< among those of the document, once it is written
+};
+
+/// A ply: layers of its name, in all sections of a scope.
+struct NamedPly {
+    std::string name;  ///< as it was typed first
+    int number = 0;    ///< among all plies of the deck, in the order in which they came first
 };
 
 /// What the values of a distribution mean, one word for each.
@@ -99,6 +106,7 @@ class NameTable {
     std::size_t Size() const { return m_all.size(); }
     /// In the order in which they came.
     std::list<Object> const& All() const { return m_all; }
+    std::list<Object>& All() { return m_all; }
 
   private:
     std::list<Object> m_all;
@@ -126,6 +134,7 @@ struct Scope {
     SetTable elementSets;
     NameTable<NamedSurface> surfaces;
     NameTable<NamedOrientation> orientations;
+    NameTable<NamedPly> plies;
     NameTable<NamedDistributionTable> distributionTables;
     NameTable<NamedDistribution> distributions;
     // Ordinals of an instance follow each other. The counts are -1 until its end.

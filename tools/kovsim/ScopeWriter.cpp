@@ -66,9 +66,10 @@ class Writer {
         }
     }
 
-    void WriteOrientations(Scope const& scope) {
-        for (NamedOrientation const& orientation : scope.orientations.All()) {
+    void WriteOrientations(Scope& scope) {
+        for (NamedOrientation& orientation : scope.orientations.All()) {
             Breathe();
+            orientation.index = m_orientations++;
             KOVSimPosition const position =
                 Collection(m_top, schema::Model_orientations(), schema::OrientationCollection())
                     .AppendMember(schema::Orientation());
@@ -106,10 +107,10 @@ class Writer {
         KOVSimCollection& collection = m_model.Collection(entity);
         for (NamedSet& set : (scope.*entity.sets).Sets()) {
             Breathe();
-            (set.internal ? internal : named)
-                .Insert(ToKOVString(scope.Key(set.name)),
-                        KOVSimPosition(set.members.Store(collection)));
+            set.stored = set.members.Store(collection);
             set.members = SetMembers();
+            (set.internal ? internal : named)
+                .Insert(ToKOVString(scope.Key(set.name)), KOVSimPosition(set.stored));
         }
     }
 
@@ -200,6 +201,7 @@ class Writer {
     ModelWriter& m_model;
     KOVSimPosition m_top;
     int m_written = 0;
+    int m_orientations = 0;
     std::array<KOVSimCSetID, kFaceNames> m_faceSets;
 };
 
@@ -211,11 +213,15 @@ void WriteScopes(ModelWriter& model, Scopes& scopes) {
     for (Scope const& scope : scopes.All()) {
         if (!scope.IsRoot()) writer.WriteInstance(scope);
     }
-    for (Scope const& scope : scopes.All()) {
+    for (Scope& scope : scopes.All()) {
         writer.WriteSurfaces(scope);
         writer.WriteOrientations(scope);
         writer.WriteDistributions(scope);
     }
+}
+
+void WriteLabels(ModelWriter& model, Scopes& scopes) {
+    Writer writer(model);
     for (auto const type : {KOVObjLabelerNodes, KOVObjLabelerElements}) {
         KOVObjLabeler labeler(model.Document(), type);
         for (Scope& scope : scopes.All()) {

@@ -1,5 +1,5 @@
 // ScopeWriter: puts what the scopes of a deck hold into a document, behind its mesh: sets,
-// surfaces, orientations, labels and the records of the instances.
+// surfaces, orientations, the records of the instances, and labels.
 #pragma once
 
 #include "ModelWriter.h"
@@ -7,8 +7,11 @@
 
 namespace kov::tool {
 
-/// Writes all scopes, in the transaction of `model`. Their sets and labels are taken out of them on
-/// the way, so that the memory never holds both.
+/// Writes all scopes but their labels, in the transaction of `model`. Their sets are taken out of
+/// them on the way, so that the memory never holds both.
 void WriteScopes(ModelWriter& model, Scopes& scopes);
+
+/// Writes the labels, likewise: nothing can be told by its label behind that.
+void WriteLabels(ModelWriter& model, Scopes& scopes);
 
 }  // namespace kov::tool

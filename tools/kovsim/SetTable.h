@@ -75,6 +75,7 @@ struct NamedSet {
     bool resolving =
         false;  ///< such a block is being read: a reference to the set leads back to itself
     bool internal = false;  ///< marked so by all keywords that built it
+    KOVSimCSetID stored;    ///< in the document, once it is written; its members are gone then
 };
 
 class SetTable;

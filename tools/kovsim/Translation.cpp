@@ -4,17 +4,24 @@
 #include <filesystem>
 #include <utility>
 
+#include "Distributions.h"
 #include "Failure.h"
 #include "Interrupt.h"
 #include "Keywords.h"
 #include "Names.h"
 #include "ScopeWriter.h"
+#include "SectionResolver.h"
+#include "SectionWriter.h"
+#include "ShellLayers.h"
 
 namespace kov::tool {
 namespace {
 
 // Each file that is open costs a descriptor and a stream buffer.
 constexpr std::size_t kDeepest = 64;
+
+// So many keywords are named whose elements are in no section.
+constexpr std::size_t kMostSectionless = 10;
 
 constexpr char kChanged[] = "the file has changed while it was read; expected the same lines";
 
@@ -48,6 +55,18 @@ TranslationSummary Translation::Run(std::string const& deck) {
     for (TypeElements const& elements : m_model.Types()) {
         m_summary.types.push_back({std::string(elements.type->name), elements.count});
     }
+    CountNames();
+    ResolveSections();
+    m_model.Finish(m_heading);
+    WriteScopes(m_model, m_scopes);
+    Distributions distributions(m_model, m_scopes);
+    SectionWriter(m_model, distributions, m_sections).Write();
+    m_shares.Make(m_sections, m_model, distributions);
+    WriteLabels(m_model, m_scopes);
+    return m_summary;
+}
+
+void Translation::CountNames() {
     for (Scope const& scope : m_scopes.All()) {
         m_summary.nodeSets += scope.nodeSets.Size();
         m_summary.elementSets += scope.elementSets.Size();
@@ -60,9 +79,34 @@ TranslationSummary Translation::Run(std::string const& deck) {
     for (Part const& part : m_assembly.parts) {
         if (part.instances == 0) ++m_summary.notes["parts without an instance, which gave nothing"];
     }
-    m_model.Finish(m_heading);
-    WriteScopes(m_model, m_scopes);
-    return m_summary;
+    m_summary.materials = m_sections.materials.All().size();
+    m_summary.sections = m_sections.sections.size();
+    m_summary.plies = m_sections.plies.size();
+}
+
+void Translation::ResolveSections() {
+    int const elements = m_model.ElementCount();
+    ElementMarks const marks = SectionResolver(m_sections, m_scopes).Resolve(elements);
+    m_summary.sectionless =
+        m_blocks.Unmarked(marks, elements, m_scopes, m_sections.files, kMostSectionless,
+                          m_summary.sectionlessBlocks, m_summary.sectionlessElements);
+}
+
+void Translation::WriteLayers() { WriteShellLayers(m_model.Document(), m_sections, m_shares); }
+
+int Translation::MentionPly(std::string const& name, DeckReader const& reader) {
+    NameTable<NamedPly>& plies = m_scope->plies;
+    if (NamedPly const* const known = plies.Find(name)) return known->number;
+    std::string const same = m_scopes.SameKey(
+        *m_scope, name, [](Scope& scope, std::string_view other) -> std::string const* {
+            NamedPly const* const ply = scope.plies.Find(other);
+            return ply == nullptr ? nullptr : &ply->name;
+        });
+    if (!same.empty()) FailKey("ply ", name, same, reader, reader.LineNumber());
+    NamedPly& ply = plies.Make(name);
+    ply.number = static_cast<int>(m_sections.plies.size());
+    m_sections.plies.emplace_back(m_scope, &ply);
+    return ply.number;
 }
 
 void Translation::Register(DeckReader& reader) {

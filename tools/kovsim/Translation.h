@@ -24,9 +24,12 @@
 #include <vector>
 
 #include "DeckReader.h"
+#include "ElementBlocks.h"
+#include "LayerShares.h"
 #include "ModelWriter.h"
 #include "NodeRepeats.h"
 #include "Scope.h"
+#include "SectionTable.h"
 
 namespace kov::tool {
 
@@ -50,12 +53,18 @@ struct TranslationSummary {
     std::size_t surfaces = 0;
     std::size_t orientations = 0;
     std::size_t distributions = 0;
+    std::size_t materials = 0;
+    std::size_t sections = 0;
+    std::size_t plies = 0;
     std::size_t parts = 0;
     std::size_t instances = 0;
     int files = 0;
     long repeatedNodes = 0;                       ///< defined again with the same data
     std::map<std::string, long> unknownKeywords;  ///< how often each came
     std::map<std::string, long> notes;            ///< what was passed over, and how often
+    std::vector<Sectionless> sectionless;         ///< elements that are in no section; the first
+    long sectionlessBlocks = 0;                   ///< keywords that gave any such
+    long sectionlessElements = 0;
 };
 
 /// The keywords with an end of their own that are open, and the parts of the deck.
@@ -77,8 +86,12 @@ class Translation {
     Translation(DeckFiles& files, KOVObjDocument const& document, KOVSimTransaction& transaction,
                 TranslationOptions options);
 
-    /// Reads the deck and writes the document. Throws DeckError or Failure.
+    /// Reads the deck and writes the document but for the layers of its shells. Throws DeckError or
+    /// Failure.
     TranslationSummary Run(std::string const& deck);
+    /// Once, behind the commit of what Run() wrote: writes the layers of the shells, in a
+    /// transaction of its own.
+    void WriteLayers();
 
     // ---- for the keyword classes ----
 
@@ -88,6 +101,14 @@ class Translation {
     void Enter(Scope& scope) { m_scope = &scope; }
     Scopes& AllScopes() { return m_scopes; }
     DeckFiles& Files() { return m_files; }
+    SectionTable& Sections() { return m_sections; }
+    ElementBlocks& Blocks() { return m_blocks; }
+    bool IsStrict() const { return m_options.strict; }
+    /// True while the body of a part is read for an instance that is not its first.
+    bool IsRepeated() const { return m_quiet; }
+    /// The number of the ply of that name in the current scope; it is new where there is none.
+    /// Throws at the reader's line if another scope has one with the same key.
+    int MentionPly(std::string const& name, DeckReader const& reader);
     Assembly& Parts() { return m_assembly; }
     /// True where nodes of instances may be named, which may stand further on.
     bool NamesInstances() const { return m_scope->IsRoot() && m_assembly.line != 0; }
@@ -155,6 +176,8 @@ class Translation {
 
     [[noreturn]] void FailKey(std::string const& what, std::string const& name,
                               std::string const& same, DeckReader const& reader, int line) const;
+    void CountNames();
+    void ResolveSections();
     void ReadFile(std::string const& path);
     void Register(DeckReader& reader);
     void TakeKeyword(DeckReader& reader);
@@ -172,6 +195,9 @@ class Translation {
     DeckReader const* m_body = nullptr;  ///< the reader of the part's file; null once it has ended
     bool m_quiet = false;                ///< what is noted here was noted for another instance
     NodeRepeats m_repeats;
+    SectionTable m_sections;
+    LayerShares m_shares;
+    ElementBlocks m_blocks;
     std::string m_heading;
     TranslationSummary m_summary;
     std::deque<Deferred> m_deferred;

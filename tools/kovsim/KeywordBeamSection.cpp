@@ -1,0 +1,80 @@
+// *BEAM SECTION, ELSET=set, MATERIAL=name, SECTION=profile [, ORIENTATION=name]
+//   dimensions of the profile
+//   n1x, n1y, n1z                            direction of the first axis, may be left out
+//   integration points, ...                  may be left out
+
+#include "DataFields.h"
+#include "LayerLine.h"
+#include "Names.h"
+#include "SectionParameters.h"
+
+namespace kov::tool {
+namespace {
+
+using Result = FieldScanner::Result;
+
+constexpr char kDimensions[] = "the dimensions of the profile";
+constexpr char kDirection[] = "N1X, N1Y, N1Z";
+
+double ReadNumber(DeckReader const& reader, FieldScanner& fields, char const* what) {
+    double value = 0;
+    Result const result = fields.ReadDouble(value);
+    if (result == Result::Wrong || result == Result::TooLarge) {
+        FailNumber(reader, fields, result, what);
+    }
+    return value;
+}
+
+// Fields that are left out are 0; a line without any gives no direction.
+void ReadDirection(DeckReader const& reader, FieldScanner& fields, BeamProfile& beam) {
+    double direction[3] = {};
+    bool any = false;
+    for (int i = 0; i < 3 && !fields.AtEnd(); ++i) {
+        direction[i] = ReadNumber(reader, fields, "a number of the direction");
+        any = any || !fields.Field().empty();
+    }
+    RefuseFields(reader, fields, kDirection);
+    if (!any) return;
+    if (direction[0] == 0 && direction[1] == 0 && direction[2] == 0) {
+        reader.Fail(std::string("the direction is 0; expected ") + kDirection);
+    }
+    beam.direction.assign(direction, direction + 3);
+}
+
+void ReadLines(DeckReader& reader, KeywordLine const& line, BeamProfile& beam) {
+    if (!reader.NextData()) {
+        reader.FailAt(line.line,
+                      ShownKeyword(line) + " without a data line; expected " + kDimensions);
+    }
+    FieldScanner dimensions(reader.Line(), reader.LineEnd());
+    while (!dimensions.AtEnd()) {
+        beam.dimensions.push_back(ReadNumber(reader, dimensions, "a dimension of the profile"));
+    }
+    if (!reader.NextData()) return;
+    FieldScanner direction(reader.Line(), reader.LineEnd());
+    ReadDirection(reader, direction, beam);
+    if (!reader.NextData()) return;
+    FieldScanner points(reader.Line(), reader.LineEnd());
+    while (!points.AtEnd()) beam.points.push_back(ReadPoints(reader, points, 0));
+    RefuseLine(reader, "dimensions, a direction and integration points at most");
+}
+
+}  // namespace
+
+void ReadBeamSection(Translation& translation, DeckReader& reader, KeywordLine const& line) {
+    KeywordParameters const parameters(
+        reader, line,
+        {"elset", "material", "section", "orientation", "controls", "density", "lumped", "poisson",
+         "rotary inertia", "temperature"});
+    parameters.PassOver(
+        translation, {"controls", "density", "lumped", "poisson", "rotary inertia", "temperature"});
+    SectionEntry& section =
+        MakeSection(translation, reader, line, parameters, SectionEntry::Kind::Beam);
+    section.material = TakeMaterial(translation, parameters, section);
+    section.name = UpperCase(parameters.Required("section"));
+    TakeOrientation(translation, parameters, section);
+    section.beam = std::make_unique<BeamProfile>();
+    ReadLines(reader, line, *section.beam);
+}
+
+}  // namespace kov::tool

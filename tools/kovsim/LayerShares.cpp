@@ -1,0 +1,70 @@
+#include "LayerShares.h"
+
+#include <cmath>
+
+#include "Interrupt.h"
+#include "KOVSimCSet.h"
+#include "KOVSimCSetIterator.h"
+
+namespace kov::tool {
+namespace {
+
+bool HasShares(SectionEntry const& section) {
+    return section.composite && section.thicknessName != MentionTable::kNone;
+}
+
+// All elements of sections that share none.
+KOVSimCSet ElementsOf(std::vector<SectionEntry const*> const& sections,
+                      KOVSimCollection const& collection) {
+    if (sections.size() == 1) return KOVSimCSet(sections.front()->set->stored);
+    std::vector<int> members;
+    for (SectionEntry const* const section : sections) {
+        KOVSimCSetIterator at(KOVSimCSet(section->set->stored));
+        for (at.First(); !at.IsDone(); at.Next()) members.push_back(at.CurrentValue());
+    }
+    return collection.CreateVolatileCSet(members.data(), static_cast<int>(members.size()), false);
+}
+
+}  // namespace
+
+double ThicknessOfLines(SectionTable const& table, SectionEntry const& section) {
+    double whole = 0;
+    for (int layer = 0; layer < section.Layers(); ++layer) {
+        whole += table.Layer(section, layer).Thickness();
+    }
+    return whole;
+}
+
+void LayerShares::Make(SectionTable const& table, ModelWriter& model,
+                       Distributions& distributions) {
+    for (SectionEntry const& section : table.sections) {
+        if (!HasShares(section)) continue;
+        double const whole = ThicknessOfLines(table, section);
+        NamedDistribution const* const distribution =
+            table.thicknessNames[section.thicknessName].distribution;
+        for (int line = 0; line < section.layerLines; ++line) {
+            double const share = table.Layer(section, line).Thickness() / whole;
+            if (!(share > 0)) {
+                table.files.Fail(section.at,
+                                 "the thicknesses of the layers differ beyond the range of "
+                                 "numbers; expected shares of one thickness");
+            }
+            std::vector<SectionEntry const*>& sections = m_groups[{distribution, share}].sections;
+            if (sections.empty() || sections.back() != &section) sections.push_back(&section);
+        }
+    }
+    for (auto& [key, group] : m_groups) {
+        ThrowIfInterrupted();
+        group.field = distributions.ScaledField(
+            *key.distribution, key.share, ElementsOf(group.sections, model.ElementCollection()));
+        group.sections = {};
+    }
+}
+
+KOVSimPosition LayerShares::Field(SectionTable const& table, SectionEntry const& section, int layer,
+                                  double whole) const {
+    double const share = table.Layer(section, layer).Thickness() / whole;
+    return m_groups.at({table.thicknessNames[section.thicknessName].distribution, share}).field;
+}
+
+}  // namespace kov::tool
