@@ -45,7 +45,19 @@ std::string ThicknessText(Layup const& layup) {
     }
     if (layup.layers.empty() || !std::isfinite(sum.greatest)) return {};
     if (!sum.Varies()) return what + ShortNumber(sum.least);
-    return what + ("within " + ShortNumber(sum.least)) + kTo + ShortNumber(sum.greatest);
+    auto const range = [](double least, double greatest) {
+        return ShortNumber(least) + kTo + ShortNumber(greatest);
+    };
+    // The thinnest layers and the thickest ones need not be those of the same elements.
+    auto const& whole = layup.thicknessRange;
+    return what + (whole ? range(whole->first, whole->second)
+                         : "within " + range(sum.least, sum.greatest));
+}
+
+std::string DirectionText(int stackDirection) {
+    if (stackDirection <= 0 || stackDirection > 4) return {};
+    return stackDirection == 4 ? "stacked along the orientation"
+                               : "stacked along direction " + std::to_string(stackDirection);
 }
 
 std::string ReferenceText(double offset) {
@@ -141,16 +153,16 @@ int LayupKeys::Material(std::string const& name) const {
 }
 
 std::string NumberText(LayerNumber const& number, char const* unit) {
-    if (number.variation == LayerNumber::Variation::None) return kDash;
-    if (number.value)
-        return ShortNumber(*number.value) + (std::isfinite(*number.value) ? unit : "");
-    if (number.range && number.range->first == number.range->second) {
-        return ShortNumber(number.range->first) + unit;
-    }
-    if (number.range) {
-        return ShortNumber(number.range->first) + kTo + ShortNumber(number.range->second) + unit;
-    }
-    return number.variation == LayerNumber::Variation::ByElement ? "by element" : kDash;
+    using Variation = LayerNumber::Variation;
+    if (number.variation == Variation::None) return kDash;
+    bool const spread = number.variation == Variation::ByElement;
+    auto const text = [&](double value) {
+        return ShortNumber(value) + (std::isfinite(value) ? unit : "");
+    };
+    if (number.value) return text(*number.value) + (spread ? ", by element" : "");
+    if (!number.range) return spread ? "by element" : kDash;
+    auto const [least, greatest] = *number.range;
+    return least == greatest ? text(least) : ShortNumber(least) + kTo + text(greatest);
 }
 
 std::string LayerText(Layup const& layup, std::size_t index) {
@@ -188,6 +200,7 @@ std::vector<std::string> HeadLines(Layup const& layup, double room) {
                     Count(layers, "layer", "layers"), ThicknessText(layup), where}),
             Joined({layup.orientation.empty() ? "no orientation"
                                               : "orientation " + name(layup.orientation),
+                    DirectionText(layup.stackDirection),
                     shell ? (layup.gauss ? "Gauss integration" : "Simpson's rule") : "",
                     shell ? ReferenceText(layup.offset) : "", StackingText(layup)})};
 }

@@ -49,9 +49,8 @@ std::vector<std::string> Notes(Layup const& layup, LayupShape const& shape) {
             "Angles differ between elements: hatched from the least (left) to the greatest "
             "(right).");
     }
-    double const part = 0.5 + layup.offset;
-    if (layup.kind == Layup::Kind::Shell && std::isfinite(part) &&
-        (part < kLowestReference || part > kHighestReference)) {
+    if (layup.kind == Layup::Kind::Shell && std::isfinite(layup.offset) &&
+        !ReferenceIsDrawn(layup)) {
         notes.push_back("The reference surface lies outside of the picture, " +
                         ShortNumber(std::abs(layup.offset)) + " thicknesses " +
                         (layup.offset > 0 ? "above" : "below") + " the middle surface.");
@@ -69,11 +68,9 @@ std::string LayupPicture(Layup const& layup) {
     bool const empty = layup.layers.empty();
 
     // What of the reference surface is outside of the stack.
-    double const part = 0.5 + layup.offset;
-    bool const drawn =
-        layup.kind == Layup::Kind::Shell && part >= kLowestReference && part <= kHighestReference;
-    double const above = drawn ? std::max(0.0, part - 1) * shape.height : 0;
-    double const below = drawn ? std::max(0.0, -part) * shape.height : 0;
+    bool const drawn = ReferenceIsDrawn(layup) && !shape.depths.empty();
+    double const above = drawn ? std::max(0.0, layup.offset - 0.5) * shape.height : 0;
+    double const below = drawn ? std::max(0.0, -layup.offset - 0.5) * shape.height : 0;
 
     std::vector<std::string> const heads = HeadLines(layup, kNameRoom);
     std::vector<std::string> const whole = HeadLines(layup, kEndless);

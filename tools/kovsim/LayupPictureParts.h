@@ -40,16 +40,16 @@ class LayupTable {
     std::vector<Column> m_columns;
 };
 
-/// A reference surface is drawn where it is within these parts of the thickness from the bottom.
-inline constexpr double kLowestReference = -0.25;
-inline constexpr double kHighestReference = 1.25;
-
 /// Where the stack stands on the page.
 struct StackPlace {
     double left;
     double right;
     double bottom;
 };
+
+/// Whether the reference surface of a shell is near enough to the stack; not where its offset is
+/// no number.
+bool ReferenceIsDrawn(Layup const& layup);
 
 /// The hatch patterns that the bands and the legend use.
 void DrawHatches(Svg& svg, LayupKeys const& keys);

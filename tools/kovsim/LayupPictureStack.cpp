@@ -11,6 +11,7 @@ namespace kov::tool {
 namespace {
 
 constexpr double kAxisGap = 16;
+constexpr double kOverhang = 8;  // of the lines of surfaces
 constexpr double kTickRoom = 13;
 constexpr double kWideFrom = 100;
 constexpr int kSpanSteps = 6;
@@ -61,11 +62,14 @@ void DrawSurfaces(Svg& svg, std::vector<Surface> const& surfaces, LayupShape con
     for (Surface const& surface : surfaces) {
         double const left = HeightOf(surface.part, shape.depths, shape.left);
         double const right = HeightOf(surface.part, shape.greatestDepths, shape.right);
-        double const from = place.left - 8;
-        double const to = place.right + 8;
-        svg.Line(from, place.bottom - left, to, place.bottom - right, "#ffffff", surface.width + 3);
-        svg.Line(from, place.bottom - left, to, place.bottom - right, "#000000", surface.width,
-                 surface.dashes);
+        // A little longer than the stack, in its own direction.
+        double const from = place.left - kOverhang;
+        double const to = place.right + kOverhang;
+        double const rise = (right - left) / (place.right - place.left) * kOverhang;
+        double const y1 = place.bottom - left + rise;
+        double const y2 = place.bottom - right - rise;
+        svg.Line(from, y1, to, y2, "#ffffff", surface.width + 3);
+        svg.Line(from, y1, to, y2, "#000000", surface.width, surface.dashes);
         wanted.push_back(left);
     }
     auto const heights = SpreadOut(wanted, 14, -1e4, shape.height + 1e4);
@@ -75,22 +79,18 @@ void DrawSurfaces(Svg& svg, std::vector<Surface> const& surfaces, LayupShape con
     }
 }
 
-std::vector<Surface> SurfacesOf(Layup const& layup) {
-    constexpr double kReference = 1.8;
-    constexpr double kMiddle = 1.1;
-    std::vector<Surface> surfaces;
-    if (layup.kind == Layup::Kind::Solid) return surfaces;
-    double const part = 0.5 + layup.offset;
-    if (!std::isfinite(part) || part < kLowestReference || part > kHighestReference) {
-        surfaces.push_back({"middle surface", 0.5, kMiddle, "9 3 2 3"});
-    } else if (layup.offset == 0) {
-        surfaces.push_back({"reference = middle", 0.5, kReference, nullptr});
-    } else {
-        surfaces.push_back({"middle surface", 0.5, kMiddle, "9 3 2 3"});
-        surfaces.push_back({"reference surface", part, kReference, nullptr});
-        if (part < 0.5) std::swap(surfaces[0], surfaces[1]);
+/// Without thicknesses only the surfaces at the top and at the bottom have a place.
+std::vector<Surface> SurfacesOf(Layup const& layup, bool measured) {
+    Surface const middle{"middle surface", 0.5, 1.1, "9 3 2 3"};
+    Surface const reference{"reference surface", 0.5 + layup.offset, 1.8, nullptr};
+    if (layup.kind == Layup::Kind::Solid) return {};
+    if (!measured) {
+        bool const outer = std::abs(layup.offset) == 0.5;
+        return outer ? std::vector{reference} : std::vector<Surface>();
     }
-    return surfaces;
+    if (!ReferenceIsDrawn(layup)) return {middle};
+    if (layup.offset == 0) return {{"reference = middle", 0.5, reference.width, nullptr}};
+    return layup.offset > 0 ? std::vector{middle, reference} : std::vector{reference, middle};
 }
 
 /// The numbers of the axis: heights, and what is written there.
@@ -122,6 +122,11 @@ class Ticks {
 };
 
 }  // namespace
+
+bool ReferenceIsDrawn(Layup const& layup) {
+    // Three quarters of the thickness at most from the middle surface.
+    return layup.kind == Layup::Kind::Shell && std::abs(layup.offset) <= 0.75;
+}
 
 void DrawHatches(Svg& svg, LayupKeys const& keys) {
     std::set<std::string> drawn;
@@ -199,7 +204,7 @@ void DrawBands(Svg& svg, Layup const& layup, LayupKeys const& keys, LayupShape c
 
 void DrawAxis(Svg& svg, Layup const& layup, LayupShape const& shape, StackPlace const& place) {
     bool const solid = layup.kind == Layup::Kind::Solid;
-    std::vector<Surface> const surfaces = SurfacesOf(layup);
+    std::vector<Surface> const surfaces = SurfacesOf(layup, !shape.depths.empty());
     double const x = place.left - kAxisGap;
     double highest = shape.left.back();
     double lowest = 0;
