@@ -27,7 +27,7 @@ ElementMarks SectionResolver::Resolve(int elements) {
     for (Mention& mention : m_table.orientationNames.All()) ResolveOrientation(mention);
     for (Mention& mention : m_table.thicknessNames.All()) ResolveThickness(mention);
     for (Mention& mention : m_table.angleNames.All()) ResolveAngle(mention);
-    ElementMarks marks(m_table.sections.empty() ? 0 : elements);
+    ElementMarks marks(elements);
     std::unordered_map<NamedSet const*, SectionEntry const*> bySet;
     long done = 0;
     for (SectionEntry& section : m_table.sections) {
