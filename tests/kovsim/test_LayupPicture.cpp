@@ -4,18 +4,11 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cctype>
-#include <cmath>
-#include <cstdio>
-#include <limits>
 #include <map>
-#include <random>
 #include <set>
-#include <sstream>
-#include <stdexcept>
 
 #include "LayupSamples.h"
-#include "SmallXml.h"
+#include "PictureReader.h"
 
 namespace kov::tool {
 namespace {
@@ -25,105 +18,13 @@ using test::Constant;
 using test::OfAngles;
 using test::OfElement;
 using test::Ply;
-using test::SmallXml;
+using Picture = test::PictureReader;
 using test::Spread;
 using test::XmlElement;
 using testing::AllOf;
 using testing::Contains;
 using testing::HasSubstr;
 using testing::Not;
-
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
-constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
-
-/// What a reader of a picture sees, found by its elements.
-class Picture {
-  public:
-    explicit Picture(Layup const& layup)
-        : m_text(LayupPicture(layup)), m_root(SmallXml::Parse(m_text)), m_all(m_root.All()) {
-        for (XmlElement const* element : m_all) {
-            auto const at = element->attributes.find("class");
-            if (at != element->attributes.end()) m_groups[at->second].push_back(element);
-        }
-    }
-    Picture(Picture const&) = delete;
-
-    XmlElement const& Root() const { return m_root; }
-    std::string const& Text() const { return m_text; }
-
-    std::vector<XmlElement const*> Tags(std::string_view tag) const {
-        std::vector<XmlElement const*> found;
-        for (XmlElement const* element : m_all)
-            if (element->tag == tag) found.push_back(element);
-        return found;
-    }
-    std::vector<std::string> Labels() const { return Texts("text"); }
-    std::vector<std::string> Tooltips() const { return Texts("title"); }
-
-    XmlElement const& Label(std::string const& text) const {
-        for (XmlElement const* element : Tags("text"))
-            if (element->text == text) return *element;
-        throw std::runtime_error("no label " + text);
-    }
-
-    std::vector<XmlElement const*> const& Bands() const { return Groups("layer"); }
-    /// Of the text beside the bands.
-    std::vector<XmlElement const*> const& Lines() const { return Groups("line"); }
-
-    /// Corners of a band: lower left, lower right, upper right, upper left; y downward.
-    static std::vector<std::pair<double, double>> Corners(XmlElement const& band) {
-        std::vector<std::pair<double, double>> corners;
-        double shiftX = 0;
-        double shiftY = 0;
-        std::string const& transform = band.attributes.at("transform");
-        EXPECT_EQ(std::sscanf(transform.c_str(), "translate(%lf %lf)", &shiftX, &shiftY), 2);
-        std::istringstream points(band.children.at(1).attributes.at("points"));
-        double x = 0;
-        double y = 0;
-        while (points >> x >> y) corners.emplace_back(x + shiftX, y + shiftY);
-        EXPECT_EQ(corners.size(), 4U);
-        return corners;
-    }
-    double LeftHeight(std::size_t band) const {
-        auto const corners = Corners(*Bands().at(band));
-        return corners[0].second - corners[3].second;
-    }
-    double RightHeight(std::size_t band) const {
-        auto const corners = Corners(*Bands().at(band));
-        return corners[1].second - corners[2].second;
-    }
-    /// The hatches of a band from left to right.
-    std::vector<std::string> Hatches(std::size_t band) const {
-        std::vector<std::string> hatches;
-        for (XmlElement const& part : Bands().at(band)->children) {
-            auto const fill = part.attributes.find("fill");
-            if (fill != part.attributes.end() && fill->second.starts_with("url("))
-                hatches.push_back(fill->second);
-        }
-        return hatches;
-    }
-    std::string Ground(std::size_t band) const {
-        return Bands().at(band)->children.at(1).attributes.at("fill");
-    }
-
-  private:
-    std::vector<std::string> Texts(std::string_view tag) const {
-        std::vector<std::string> texts;
-        for (XmlElement const* element : Tags(tag)) texts.push_back(element->text);
-        return texts;
-    }
-
-    std::vector<XmlElement const*> const& Groups(std::string const& name) const {
-        static std::vector<XmlElement const*> const none;
-        auto const at = m_groups.find(name);
-        return at == m_groups.end() ? none : at->second;
-    }
-
-    std::string m_text;
-    XmlElement m_root;
-    std::vector<XmlElement const*> m_all;
-    std::map<std::string, std::vector<XmlElement const*>> m_groups;
-};
 
 TEST(LayupPicture, EachLayerHasABandAndALine) {
     Picture const picture(OfAngles({0, 45, -45, 90}));
@@ -436,96 +337,6 @@ TEST(LayupPicture, NeedsNothingFromOutsideAndRunsNothing) {
 TEST(LayupPicture, TheSameLayupGivesTheSameText) {
     Layup const layup = OfAngles({0, 45, -45, 90, 12});
     EXPECT_EQ(LayupPicture(layup), LayupPicture(layup));
-}
-
-/// All that is drawn is made of finite numbers, and labels begin and end on the page.
-void ExpectSound(Layup const& layup) {
-    Picture const picture(layup);
-    EXPECT_EQ(picture.Bands().size(), layup.layers.size());
-    std::string lower = picture.Text();
-    for (char& c : lower) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-    EXPECT_EQ(lower.find("nan"), std::string::npos);
-    EXPECT_EQ(lower.find("inf"), std::string::npos);
-    double const width = picture.Root().Number("width");
-    double const height = picture.Root().Number("height");
-    EXPECT_LT(width, 2500);
-    for (XmlElement const* label : picture.Tags("text")) {
-        if (label->Number("x") == 42) continue;  // within a line of the legend
-        EXPECT_GE(label->Number("x"), 0) << label->text;
-        EXPECT_LE(label->Number("x"), width) << label->text;
-        EXPECT_GE(label->Number("y"), 0) << label->text;
-        EXPECT_LE(label->Number("y"), height) << label->text;
-    }
-    for (std::size_t i = 0; i < layup.layers.size(); ++i) {
-        EXPECT_GE(picture.RightHeight(i), 3.8) << i;
-        EXPECT_GE(picture.LeftHeight(i), 0.8) << i;
-    }
-    auto const& lines = picture.Lines();
-    for (std::size_t i = 1; i < lines.size(); ++i) {
-        double const below = lines[i - 1]->children.at(1).Number("y");
-        EXPECT_GE(below - lines[i]->children.at(1).Number("y"), 14.9) << i;
-    }
-}
-
-TEST(LayupPicture, TwoHundredLayersStayReadable) {
-    std::vector<double> angles;
-    for (int i = 0; i < 200; ++i) angles.push_back(15 * (i % 12));
-    Layup const layup = OfAngles(angles);
-    ExpectSound(layup);
-    Picture const picture(layup);
-    EXPECT_THAT(picture.Labels(), AllOf(Contains("P1"), Contains("P117"), Contains("P200")));
-}
-
-TEST(LayupPicture, ExtremeNumbersAreDrawnAllTheSame) {
-    for (double const odd : {kNan, kInfinity, -kInfinity, -1.0, 0.0, 5e-324, 1.7e308, -1.7e308}) {
-        SCOPED_TRACE(odd);
-        Layup layup = OfAngles({0, 45, odd, odd});
-        layup.layers[1].thickness = Constant(odd);
-        layup.layers[2].thickness = Spread(-odd, odd);
-        layup.layers[3].thickness = Constant(odd);
-        layup.layers[2].angle = Spread(-1e300, odd);
-        for (double const offset : {0.0, odd, 0.5, 0.75}) {
-            layup.offset = offset;
-            ExpectSound(layup);
-        }
-        layup.layers.resize(1);
-        layup.layers[0].thickness = Constant(odd);
-        ExpectSound(layup);
-        layup.kind = Layup::Kind::Solid;
-        ExpectSound(layup);
-    }
-}
-
-TEST(LayupPicture, AnyLayupIsDrawnSoundly) {
-    std::mt19937 random(5);
-    for (int run = 0; run < 150; ++run) {
-        SCOPED_TRACE("run " + std::to_string(run) + " of seed 5");
-        Layup layup = Composite();
-        if (run % 4 == 0) layup.kind = Layup::Kind::Solid;
-        layup.offset = std::uniform_real_distribution(-1.2, 1.2)(random);
-        auto const number = [&](double least, double greatest) {
-            std::uniform_real_distribution<double> any(least, greatest);
-            double const a = any(random);
-            double const b = any(random);
-            switch (random() % 6) {
-                case 0:
-                    return LayerNumber{};
-                case 1:
-                    return Spread(std::min(a, b), std::max(a, b));
-                case 2:
-                    return OfElement(a);
-                default:
-                    return Constant(a);
-            }
-        };
-        for (std::size_t n = random() % 60; n > 0; --n) {
-            auto const material = "M" + std::to_string(random() % 9);
-            double const scale = std::pow(10, std::uniform_real_distribution(-9.0, 9.0)(random));
-            layup.layers.push_back(
-                Ply("P", material, number(0, run % 3 == 0 ? 1 : scale), number(-200, 200)));
-        }
-        ExpectSound(layup);
-    }
 }
 
 }  // namespace
