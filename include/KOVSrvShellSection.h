@@ -26,10 +26,11 @@ class KOV_EXPORT KOVSrvShellSection {
     };
 
     /// `assignment`: a member of Model_sectionAssignments with a section that is a member of
-    /// Model_bulkSections, and with a region. Throws KOVSimException where the section is no such
-    /// member or has more layers than the model has layer slots; where the model lacks one of the
-    /// two collections, all that is kept by section is absent. A section of 0 layers asks for none
-    /// of them. Throws KOVBasAssertException as UpdateThicknesses does.
+    /// Model_bulkSections, and with a region. Of the section's membership only the index counts.
+    /// Throws KOVSimException where the section is no member with an index of Model_bulkSections,
+    /// or has more layers than the model has layer slots; where the model lacks one of the two
+    /// collections, all that is kept by section is absent. A section of 0 layers asks for none of
+    /// them. Throws KOVBasAssertException as UpdateThicknesses does.
     explicit KOVSrvShellSection(KOVSimPosition const& assignment);
     ~KOVSrvShellSection();
     KOVSrvShellSection(KOVSrvShellSection const& other);

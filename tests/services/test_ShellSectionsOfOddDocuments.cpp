@@ -272,6 +272,24 @@ TEST_P(OddShells, CountsOfMoreSectionsThanOneTransferMovesAreRefused) {
     EXPECT_THROW(points.UpdateMap(), KOVSimException);
 }
 
+TEST_P(OddShells, OfASectionInAnotherCollectionTheIndexCounts) {
+    Bulk().AppendNumSectionPoints(1, 7, 9);
+    mesh.WriteBulk();
+    InTransaction([&] {
+        KOVSimPosition const others =
+            mesh.Model().CreateTypedCollection(20, schema::Section_Shell());
+        for (int index : {7, 8}) {
+            KOVSimPosition const section = others.CreateMember(index, schema::Section_Shell());
+            section.DataRecord().SetInt(0, 2);
+            mesh.Assign(section, {1});
+        }
+    });
+    mesh.Reopen();
+    EXPECT_THAT(List(Section(1).GetSectionPoints()), ElementsAre(-1, 9));
+    // There are 8 sections.
+    EXPECT_THROW(Section(2), KOVSimException);
+}
+
 TEST_P(OddShells, NothingIsANullAssignment) {
     KOVSrvShellSection section{KOVSimPosition()};
     ExpectNoDatum(section, 0);
