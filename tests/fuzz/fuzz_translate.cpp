@@ -70,6 +70,8 @@ void CheckDocument(KOVObjDocument const& document, TranslationSummary const& sum
             summary.surfaces);
     Require(static_cast<std::size_t>(model.GetMap(schema::Model_orientationsByName()).Size()) ==
             summary.orientations);
+    Require(static_cast<std::size_t>(model.GetMap(schema::Model_distributions()).Size()) ==
+            summary.distributions);
     auto const instances = DocumentInstances(document);
     Require(instances.size() == summary.instances);
     int inInstances = 0;
