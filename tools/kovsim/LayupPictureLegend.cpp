@@ -29,13 +29,13 @@ void DrawArrow(Svg& svg, double x, double y, bool up, char const* name) {
     if (up) {
         svg.Line(x, y, x, y - length + 6, kInk, 1.1);
         svg.Begin("path").Set("transform",
-                              "translate(" + FullNumber(x) + " " + FullNumber(y - length) + ")");
+                              "translate(" + Pixels(x) + " " + Pixels(y - length) + ")");
         svg.Set("d", "M0 0l-3.5 8h7z").Set("fill", kInk).End();
         svg.Label(x - 8, y - length + 8, name, {.size = 13, .anchor = "end", .bold = true});
     } else {
         svg.Line(x, y, x + length - 6, y, kInk, 1.1);
         svg.Begin("path").Set("transform",
-                              "translate(" + FullNumber(x + length) + " " + FullNumber(y) + ")");
+                              "translate(" + Pixels(x + length) + " " + Pixels(y) + ")");
         svg.Set("d", "M0 0l-8 -3.5v7z").Set("fill", kInk).End();
         svg.Label(x + length - 2, y + 16, name, {.size = 13, .anchor = "end", .bold = true});
     }
@@ -53,14 +53,13 @@ void DrawSpan(Svg& svg, double x, double y, Extent const& angle) {
         auto const [x1, y1] = On(std::fmod(angle.least + turn, 360), kRadius);
         auto const [x2, y2] = On(std::fmod(angle.greatest + turn, 360), kRadius);
         svg.Begin("polygon");
-        std::string points = ShortNumber(x) + " " + ShortNumber(y);
+        std::string points = Pixels(x) + " " + Pixels(y);
         constexpr int steps = 24;
         for (int i = 0; i <= steps; ++i) {
             double const share = static_cast<double>(i) / steps;
             double const at = angle.least + share * (angle.greatest - angle.least);
             auto const [dx, dy] = On(std::fmod(at + turn, 360), kRadius);
-            points += " " + ShortNumber(std::round((x + dx) * 10) / 10) + " " +
-                      ShortNumber(std::round((y + dy) * 10) / 10);
+            points += " " + Pixels(x + dx) + " " + Pixels(y + dy);
         }
         svg.Set("points", points).Set("fill", DirectionColour(middle)).Set("fill-opacity", 0.25);
         svg.End();
@@ -95,7 +94,7 @@ void DrawCompass(Svg& svg, LayupKeys const& keys, double x, double y) {
         });
         if (!free) continue;
         labels.emplace_back(tx, ty);
-        svg.Label(x + tx, y + ty, direction.label, {.size = 11, .halo = true});
+        svg.Label(x + tx, y + ty, direction.label, {.size = 11});
     }
 }
 
@@ -118,8 +117,8 @@ class Legend {
     void Line(std::string const& colour, std::vector<double> const& hatches, std::string name,
               int layers) {
         std::string const count = " (" + Layers(layers) + ")";
-        m_svg.Begin("g").Set("transform", "translate(" + FullNumber(std::round(m_x)) + " " +
-                                              FullNumber(std::round(m_y)) + ")");
+        m_svg.Begin("g").Set("transform", "translate(" + Pixels(std::round(m_x)) + " " +
+                                              Pixels(std::round(m_y)) + ")");
         m_svg.Tooltip(name + count);
         m_svg.Begin("rect").Set("width", 32.0).Set("height", 16.0).Set("fill", colour);
         m_svg.Set("stroke", "#333333").Set("stroke-width", 0.8).End();

@@ -28,10 +28,9 @@ std::string HatchName(double angle, bool wide) {
 std::string Points(std::initializer_list<std::pair<double, double>> points) {
     std::string text;
     for (auto const& [x, y] : points) {
-        // Tenths of pixels do for corners.
         for (double const number : {x, y}) {
             if (!text.empty()) text += ' ';
-            text += FullNumber(std::round(number * 10) / 10);
+            text += Pixels(number);
         }
     }
     return text;
@@ -110,7 +109,7 @@ class Ticks {
         if (std::abs(number) < 1e-12 * std::abs(full)) number = 0;
         std::string const text = ShortNumber(number);
         std::string const all = FullNumber(number);
-        m_svg.Label(m_x - 9, y + 4, text, {.size = 11, .anchor = "end", .halo = true},
+        m_svg.Label(m_x - 9, y + 4, text, {.size = 11, .anchor = "end"},
                     all == text ? std::string() : all);
     }
 
@@ -171,8 +170,8 @@ void DrawBands(Svg& svg, Layup const& layup, LayupKeys const& keys, LayupShape c
         // the thinnest ones show a line at least.
         double const middle = (shape.left[i] + shape.left[i + 1]) / 2;
         svg.Begin("g").Set("class", "layer");
-        svg.Set("transform", "translate(" + ShortNumber(place.left) + " " +
-                                 ShortNumber(place.bottom - middle) + ")");
+        svg.Set("transform",
+                "translate(" + Pixels(place.left) + " " + Pixels(place.bottom - middle) + ")");
         svg.Tooltip(LayerText(layup, i));
         auto const edge = [&](double part, std::size_t k) {
             return middle - shape.left[k] - part * (shape.right[k] - shape.left[k]);

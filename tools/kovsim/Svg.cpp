@@ -8,9 +8,7 @@
 #include "VtuWriter.h"
 
 namespace kov::tool {
-namespace {
-
-std::string Decimals(double number) {
+std::string Pixels(double number) {
     // The bound keeps the digits within the buffer; no picture is that large.
     if (!std::isfinite(number) || std::abs(number) > 1e12) return "0";
     char digits[48];
@@ -22,13 +20,11 @@ std::string Decimals(double number) {
     return text == "-0" ? "0" : text;
 }
 
-}  // namespace
-
 Svg::Svg(double width, double height) {
     m_text = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>";
     Begin("svg").Set("xmlns", "http://www.w3.org/2000/svg");
     Set("width", width).Set("height", height);
-    Set("viewBox", "0 0 " + Decimals(width) + " " + Decimals(height));
+    Set("viewBox", "0 0 " + Pixels(width) + " " + Pixels(height));
     Set("font-family", "Helvetica, Arial, sans-serif").Set("role", "img");
     Begin("rect").Set("width", width).Set("height", height).Set("fill", "#ffffff").End();
 }
@@ -44,7 +40,7 @@ Svg& Svg::Begin(char const* tag) {
     return *this;
 }
 
-Svg& Svg::Set(char const* name, double number) { return Set(name, Decimals(number)); }
+Svg& Svg::Set(char const* name, double number) { return Set(name, Pixels(number)); }
 
 Svg& Svg::Set(char const* name, std::string_view text) {
     ((m_text += ' ') += name) += "=\"";
@@ -85,7 +81,6 @@ Svg& Svg::Label(double x, double y, std::string_view text, SvgTextStyle const& s
     if (std::string_view(style.anchor) != "start") Set("text-anchor", style.anchor);
     if (style.bold) Set("font-weight", "bold");
     if (style.italic) Set("font-style", "italic");
-    if (style.halo) Set("stroke", "#ffffff").Set("stroke-width", 3.0).Set("paint-order", "stroke");
     if (!tooltip.empty()) Tooltip(tooltip);
     return Text(text).End();
 }

@@ -11,6 +11,10 @@
 
 namespace kov::tool {
 
+/// A length with two decimals at most, as it stands in attributes; "0" for what is no finite
+/// number.
+std::string Pixels(double number);
+
 /// How a line of text looks.
 struct SvgTextStyle {
     double size = 12;
@@ -18,7 +22,6 @@ struct SvgTextStyle {
     char const* fill = "#222222";
     bool bold = false;
     bool italic = false;
-    bool halo = false;  ///< a light rim, for text that stands on lines
 };
 
 class Svg {
@@ -27,8 +30,7 @@ class Svg {
     Svg(double width, double height);
 
     Svg& Begin(char const* tag);
-    /// An attribute of the element begun last, before its text and children. Two decimals; what is
-    /// no finite number becomes 0.
+    /// An attribute of the element begun last, before its text and children.
     Svg& Set(char const* name, double number);
     Svg& Set(char const* name, std::string_view text);
     Svg& Text(std::string_view text);
