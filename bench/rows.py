@@ -195,6 +195,37 @@ def shell_deck(count):
     ]
 
 
+def material_tables(count):
+    of = f"of {count:,} rows of 12 columns"
+    return [
+        Row("tables.save", "material table " + of + ", saved and committed", seconds,
+            "below 0.25 s", below("tables.save", 0.25)),
+        Row("tables.append", "as many rows appended in 10 blocks, committed", seconds,
+            "below 0.25 s", below("tables.append", 0.25)),
+        Row("tables.single", "one row appended, each", seconds, "below 1 ms",
+            below("tables.single", 1e-3)),
+        Row("tables.read", "the whole table read as rows", seconds, "below 0.25 s",
+            below("tables.read", 0.25)),
+    ]
+
+
+def extrapolation(count):
+    def as_fast(row):
+        # A copy reads and writes as much, and does nothing with it.
+        def met(results):
+            ours, loop = results.get(row), results.get(row, "plain loop")
+            blas = results.get(row, "BLAS, each")
+            return (ours <= 0.5 * loop and ours <= 3 * results.get(row, "plain copy")
+                    and (blas is None or ours < blas))
+
+        return met
+
+    of = f"6 components at 8 points of {count:,} elements carried to 8 nodes, "
+    bar = "half the plain loop, 3 plain copies, BLAS"
+    return [Row("extrapolation." + name, of + name + " precision", seconds, bar,
+                as_fast("extrapolation." + name)) for name in ("single", "double")]
+
+
 def labels(nodes, counts):
     rows = []
     for count in counts:
@@ -303,4 +334,6 @@ def ROWS(sizes):
         *shell_fields(sizes["fields"]),
         *shell_deck(sizes["shells"]),
         *scoped_names(sizes["names"]),
+        *material_tables(sizes["rows"]),
+        *extrapolation(min(sizes["elements"], 1_000_000)),
     ]

@@ -31,11 +31,11 @@ FULL = dict(nodes=10_000_000, elements=5_000_000, picked=1_000_000, members=10_0
             sets=[1_000, 10_000, 100_000], peer_sets=[1_000, 10_000], names=100_000,
             deck_nodes=10_000_000, meshio_nodes=500_000,
             labels=5_000_000, instances=[1, 10, 10_000], shells=100_000,
-            fields=1_000_000, rounds=5)
+            fields=1_000_000, rows=100_000, rounds=5)
 QUICK = dict(nodes=200_000, elements=100_000, picked=20_000, members=100_000, sets=[100, 1_000],
              peer_sets=[100], names=10_000, deck_nodes=50_000, meshio_nodes=5_000,
              labels=50_000, instances=[1, 10, 100], shells=2_000, fields=20_000,
-             rounds=1)
+             rows=2_000, rounds=1)
 
 
 class Results:
@@ -182,6 +182,16 @@ class Bench:
         deck.unlink()
         shutil.rmtree(document)
 
+    def tables(self):
+        if self.wanted("tables"):
+            for _ in range(self.sizes["rounds"]):
+                self.run("material_tables", rows=self.sizes["rows"])
+
+    def extrapolation(self):
+        if self.wanted("extrapolation"):
+            self.run("extrapolation", elements=min(self.sizes["elements"], 1_000_000),
+                     runs=self.sizes["rounds"])
+
     def text(self):
         kovsim = self.build / "bin" / "kovsim"
         if not self.wanted("text") or not kovsim.exists():
@@ -309,7 +319,7 @@ def main():
     with tempfile.TemporaryDirectory(prefix="kov-bench-", dir=options.dir) as folder:
         bench = Bench(options, sizes, pathlib.Path(folder))
         for part in (bench.bulk, bench.inverse, bench.classes, bench.copy, bench.sets, bench.names, bench.labels,
-                     bench.shells, bench.text,
+                     bench.shells, bench.tables, bench.extrapolation, bench.text,
                      bench.parts):
             part()
     absent = [peer for peer in PEERS if bench.program("bulk_" + peer) is None]

@@ -17,7 +17,7 @@ build=(
 demo=(gmsh python3-gmsh python3-numpy python3-vtk9 xvfb xauth)
 bench=(
     libbenchmark-dev libhdf5-dev libnetcdf-dev libexodusii-dev libcgns-dev libmedc-dev libvtk9-dev
-    python3-meshio python3-numpy
+    libopenblas-dev python3-meshio python3-numpy
 )
 reference=(doxygen python3)
 

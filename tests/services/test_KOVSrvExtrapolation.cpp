@@ -121,7 +121,21 @@ TYPED_TEST(Extrapolation, EqualsTheLoopsThatDefineItForAnyShape) {
 
 TYPED_TEST(Extrapolation, EqualsTheLoopsForEachNumberOfComponents) {
     for (int components = 1; components <= 40; ++components) {
-        for (int blocks : {8, 11}) this->Compare({3, 5, components, blocks});
+        for (int blocks : {1, 2, 7, 11}) this->Compare({3, 5, components, blocks});
+        if (this->HasFatalFailure()) return;
+    }
+}
+
+TYPED_TEST(Extrapolation, EqualsTheLoopsForOneComponentAtEachNumberOfTargets) {
+    for (int targets = 1; targets <= 40; ++targets) {
+        for (int blocks : {1, 2, 7, 11, 30}) this->Compare({1 + targets % 5, targets, 1, blocks});
+        if (this->HasFatalFailure()) return;
+    }
+}
+
+TYPED_TEST(Extrapolation, EqualsTheLoopsForBlocksOfOneValue) {
+    for (int components : {1, 2, 3}) {
+        for (int blocks = 1; blocks < 40; ++blocks) this->Compare({1, 1, components, blocks});
         if (this->HasFatalFailure()) return;
     }
 }

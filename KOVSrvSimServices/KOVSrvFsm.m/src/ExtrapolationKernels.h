@@ -1,233 +1,156 @@
 // The loops of the extrapolation, on plain arrays: a small matrix applied to many small blocks.
 //
-// A block has few components, so that a loop over them leaves most lanes of a vector idle. Here the
-// lanes run over all outputs of a block alike: the output at (point, component) = p needs the
-// coefficient of p's point and the source value of p's component, and the components of successive
-// lanes come round again and again. The coefficients are therefore spread over the lanes once for a
-// call; of each source point, the components are written down once more behind themselves, so that
-// whatever component a vector of lanes begins with, the ones that it wants lie side by side. Four
-// blocks are worked at a time, to load each coefficient once for all of them.
+// The lanes of a vector run over the components of a point. Four target points are summed at a
+// time, so that each vector of the source is loaded once for all of them. Where there are fewer
+// components than lanes, the lanes that are left over take part all the same: they read into the
+// next point, and what they write there is written over when its turn comes; the last blocks of
+// all, behind which nothing may be read or written, are left to the plain loop. A single component
+// leaves too many lanes over: there they run over the target points, four blocks at a time.
+//
+// One million elements with 6 components at 8 points, to 8 nodes, took 15 ms in single and 23 ms in
+// double precision on a machine with AVX-512, of which a plain copy of the same bytes took 10 and
+// 20 ms; vectors of 16 bytes took 33 and 50 ms.
 //
 // Every output is summed from 0 in ascending order of the source points, with a rounding after each
 // product and each sum: the values are those of the plain loop, bit by bit. This needs a compiler
 // that does not fuse the two (see CMakeLists.txt).
+//
+// This header is compiled for several machines. Everything in it is private to the source that
+// includes it, and nothing of the standard library's templates is used: what two sources share, the
+// linker takes from either.
 #pragma once
 
 #include <cstddef>
 #include <cstring>
-#include <memory>
 
+#include "Extrapolation.h"
 #include "mem.h"
 
 namespace kov::fsm {
-
-/// The sizes of one call.
-struct ExtrapolationShape {
-    std::size_t sourcePoints, targetPoints, components, blocks;
-};
-
-/// Vectors of the width that every machine of the architecture has. Wider ones gain little: there
-/// are few components, and ever more of the vectors have to be put together.
-template <class Value>
-struct ExtrapolationLanes {
-    typedef Value Vector __attribute__((vector_size(16)));
-    static constexpr std::size_t kCount = 16 / sizeof(Value);
-
-    static Vector Load(Value const* from) {
-        Vector lanes;
-        std::memcpy(&lanes, from, sizeof lanes);
-        return lanes;
-    }
-    static void Store(Value* to, Vector const& lanes) { std::memcpy(to, &lanes, sizeof lanes); }
-};
+namespace {  // NOLINT(google-build-namespaces): see above
 
 template <std::size_t... kPlace>
-struct ExtrapolationPlaces {};
+struct Places {};
+using One = Places<0>;
+using Four = Places<0, 1, 2, 3>;
 
-/// The outputs of one point side by side in the lanes: for many components.
-template <class Value>
-class ExtrapolateAlongComponents {
+template <class Value, std::size_t kBytes>
+class Extrapolation {
   public:
-    ExtrapolateAlongComponents(ExtrapolationShape const& shape, float const* coefficients)
-        : m_shape(shape), m_coefficients(coefficients) {}
-
-    void Run(Value const* source, Value* target) const {
-        for (std::size_t b = 0; b < m_shape.blocks; ++b) {
-            for (std::size_t o = 0; o < m_shape.targetPoints; ++o) {
-                float const* const row = m_coefficients + o * m_shape.sourcePoints;
-                std::size_t c = Vectors(row, 0, source, target, ExtrapolationPlaces<0, 1, 2, 3>());
-                c = Vectors(row, c, source, target, ExtrapolationPlaces<0>());
-                for (; c < m_shape.components; ++c) target[c] = Sum(row, source + c);
-                target += m_shape.components;
+    Extrapolation(ExtrapolationShape const& shape, float const* coefficients)
+        : m_points(shape.sourcePoints),
+          m_nodes(shape.targetPoints),
+          m_components(shape.components),
+          m_blocks(shape.blocks),
+          m_stride(m_components == 1 ? m_nodes + kLanes : m_nodes),
+          m_columns(static_cast<Value*>(mem_Malloc(m_points * m_stride * sizeof(Value)))) {
+        if (!m_columns) return;
+        for (std::size_t i = 0; i < m_points; ++i) {
+            for (std::size_t o = 0; o < m_stride; ++o) {
+                m_columns[i * m_stride + o] =
+                    o < m_nodes ? static_cast<Value>(coefficients[o * m_points + i]) : Value{0};
             }
-            source += m_shape.sourcePoints * m_shape.components;
         }
+    }
+    ~Extrapolation() { mem_Free(m_columns); }
+    Extrapolation(Extrapolation const&) = delete;
+    Extrapolation& operator=(Extrapolation const&) = delete;
+
+    /// Answers how many blocks are done.
+    std::size_t Run(Value const* source, Value* target) const {
+        if (!m_columns) return 0;
+        return m_components == 1 ? RunScalars(source, target) : RunVectors(source, target);
     }
 
   private:
-    using L = ExtrapolationLanes<Value>;
+    static constexpr std::size_t kLanes = kBytes / sizeof(Value);
+    typedef Value Vector __attribute__((vector_size(kBytes)));
 
-    Value Sum(float const* row, Value const* source) const {
-        Value sum = 0;
-        for (std::size_t i = 0; i < m_shape.sourcePoints; ++i) {
-            Value const product = static_cast<Value>(row[i]) * source[i * m_shape.components];
-            sum += product;
-        }
-        return sum;
+    /// How many blocks lie behind a block wherever lanes reach beyond it.
+    std::size_t Behind() const {
+        std::size_t const used = m_components == 1 ? m_nodes : m_components;
+        if (used >= kLanes) return 0;
+        std::size_t const over = kLanes - used;
+        std::size_t const read = m_components == 1 ? over : m_points * m_components;
+        std::size_t const least = read < m_nodes * m_components ? read : m_nodes * m_components;
+        return (over + least - 1) / least;
     }
 
-    /// One output point from component `c` on, as long as so many vectors fit; answers where it
-    /// stopped.
-    template <std::size_t... kPlace>
-    std::size_t Vectors(float const* row, std::size_t c, Value const* source, Value* target,
-                        ExtrapolationPlaces<kPlace...>) const {
-        constexpr std::size_t kStep = sizeof...(kPlace) * L::kCount;
-        for (; c + kStep <= m_shape.components; c += kStep) {
-            typename L::Vector sums[sizeof...(kPlace)] = {};
-            for (std::size_t i = 0; i < m_shape.sourcePoints; ++i) {
-                Value const coefficient = static_cast<Value>(row[i]);
-                Value const* const from = source + i * m_shape.components + c;
-                ((sums[kPlace] += coefficient * L::Load(from + kPlace * L::kCount)), ...);
-            }
-            (L::Store(target + c + kPlace * L::kCount, sums[kPlace]), ...);
-        }
-        return c;
-    }
-
-    ExtrapolationShape m_shape;
-    float const* m_coefficients;
-};
-
-/// All outputs of a block side by side in the lanes: for few components.
-template <class Value>
-class ExtrapolateAlongOutputs {
-  public:
-    ExtrapolateAlongOutputs(ExtrapolationShape const& shape, float const* coefficients)
-        : m_shape(shape),
-          m_sourceValues(shape.sourcePoints * shape.components),
-          m_outputs(shape.targetPoints * shape.components),
-          m_vectors((m_outputs + L::kCount - 1) / L::kCount),
-          m_repeats(shape.components % L::kCount != 0),
-          m_row(m_repeats ? shape.components + 2 * L::kCount : shape.components),
-          m_spread(NewTable(m_vectors * shape.sourcePoints * L::kCount)),
-          m_repeated(NewTable(m_repeats ? kTile * shape.sourcePoints * m_row : 1)) {
-        if (IsReady()) Spread(coefficients);
-    }
-
-    /// False if there was no memory for the tables: Run may not be called then.
-    bool IsReady() const { return m_spread.get() && m_repeated.get(); }
-
-    void Run(Value const* source, Value* target) {
-        // Repeating a row reads a vector of lanes, which may reach into the rows that follow; the
-        // last rows of all have too few behind them.
-        std::size_t const behind = m_shape.components < L::kCount ? L::kCount : 0;
+    std::size_t RunVectors(Value const* source, Value* target) const {
+        std::size_t const behind = Behind();
         std::size_t b = 0;
-        for (; (b + kTile) * m_sourceValues + behind <= m_shape.blocks * m_sourceValues;
-             b += kTile) {
-            RunTile(source, target, ExtrapolationPlaces<0, 1, 2, 3>(), true);
-            source += kTile * m_sourceValues;
-            target += kTile * m_outputs;
+        for (; b + behind < m_blocks; ++b) {
+            std::size_t o = 0;
+            for (; o + 4 <= m_nodes; o += 4) SumNodes(o, source, target + o * m_components, Four());
+            for (; o < m_nodes; ++o) SumNodes(o, source, target + o * m_components, One());
+            source += m_points * m_components;
+            target += m_nodes * m_components;
         }
-        for (; b < m_shape.blocks; ++b) {
-            RunTile(source, target, ExtrapolationPlaces<0>(), false);
-            source += m_sourceValues;
-            target += m_outputs;
-        }
+        return b;
     }
 
-  private:
-    using L = ExtrapolationLanes<Value>;
-    static constexpr std::size_t kTile = 4;
-
-    struct FreeTable {
-        void operator()(Value* table) const noexcept { mem_Free(table); }
-    };
-    using Table = std::unique_ptr<Value[], FreeTable>;
-    static Table NewTable(std::size_t count) {
-        return Table(static_cast<Value*>(mem_Malloc(count * sizeof(Value))));
-    }
-
-    /// Vector v, source point i: the coefficient that each lane of the output wants.
-    void Spread(float const* coefficients) {
-        Value* to = m_spread.get();
-        for (std::size_t v = 0; v < m_vectors; ++v) {
-            for (std::size_t i = 0; i < m_shape.sourcePoints; ++i) {
-                for (std::size_t lane = 0; lane < L::kCount; ++lane) {
-                    std::size_t const point = (v * L::kCount + lane) / m_shape.components;
-                    bool const used = point < m_shape.targetPoints;
-                    *to++ = used
-                                ? static_cast<Value>(coefficients[point * m_shape.sourcePoints + i])
-                                : Value{0};
-                }
-            }
-        }
-    }
-
-    /// Each of `rows` source points with its first components behind the last one: as many as a
-    /// vector of lanes can want there. `quick`: a vector may be read at each of the rows.
-    void Repeat(Value const* source, std::size_t rows, bool quick) {
-        std::size_t const components = m_shape.components;
-        std::size_t const wanted = components + L::kCount - 1;
-        Value* to = m_repeated.get();
-        for (; rows > 0; --rows) {
-            if (components > L::kCount) {
-                std::size_t c = 0;
-                for (; c + L::kCount < components; c += L::kCount) {
-                    L::Store(to + c, L::Load(source + c));
-                }
-                L::Store(to + components - L::kCount, L::Load(source + components - L::kCount));
-                L::Store(to + components, L::Load(source));
-            } else if (components == 1) {
-                L::Store(to, typename L::Vector{} + source[0]);
-            } else if (quick) {
-                // What a store writes beyond the components is written over by the next one.
-                typename L::Vector const lanes = L::Load(source);
-                for (std::size_t c = 0; c < wanted; c += components) L::Store(to + c, lanes);
-            } else {
-                for (std::size_t c = 0; c < wanted; ++c) to[c] = source[c % components];
-            }
-            to += m_row;
-            source += components;
-        }
-    }
-
+    /// The target points from `first` on of one block.
     template <std::size_t... kPlace>
-    void RunTile(Value const* source, Value* target, ExtrapolationPlaces<kPlace...>, bool quick) {
-        std::size_t const points = m_shape.sourcePoints;
-        std::size_t const components = m_shape.components;
-        if (m_repeats) {
-            Repeat(source, sizeof...(kPlace) * points, quick);
-            source = m_repeated.get();
-        }
-        std::size_t const apart = points * m_row;
-        Value const* coefficient = m_spread.get();
-        std::size_t first = 0;
-        for (std::size_t at = 0; at < m_outputs; at += L::kCount) {
-            Value const* from = source + first;
-            typename L::Vector sums[sizeof...(kPlace)] = {};
-            for (std::size_t i = 0; i < points; ++i) {
-                typename L::Vector const spread = L::Load(coefficient);
-                ((sums[kPlace] += spread * L::Load(from + kPlace * apart)), ...);
-                coefficient += L::kCount;
-                from += m_row;
+    void SumNodes(std::size_t first, Value const* source, Value* target, Places<kPlace...>) const {
+        std::size_t c = 0;
+        while (true) {
+            Vector sums[sizeof...(kPlace)] = {};
+            Value const* from = source + c;
+            Value const* column = m_columns + first;
+            for (std::size_t i = 0; i < m_points; ++i) {
+                Vector values;
+                std::memcpy(&values, from, sizeof values);
+                ((sums[kPlace] += column[kPlace] * values), ...);
+                from += m_components;
+                column += m_stride;
             }
-            if (at + L::kCount <= m_outputs) {
-                (L::Store(target + kPlace * m_outputs + at, sums[kPlace]), ...);
-            } else {
-                std::size_t const bytes = (m_outputs - at) * sizeof(Value);
-                (std::memcpy(target + kPlace * m_outputs + at, &sums[kPlace], bytes), ...);
-            }
-            first += L::kCount;
-            while (first >= components) first -= components;
+            (std::memcpy(target + kPlace * m_components + c, &sums[kPlace], sizeof(Vector)), ...);
+            if (!Advance(c, m_components)) return;
         }
     }
 
-    ExtrapolationShape m_shape;
-    std::size_t m_sourceValues, m_outputs;  ///< of a block
-    std::size_t m_vectors;                  ///< that hold the outputs of a block
-    bool m_repeats;                         ///< whether vectors run over the last component
-    std::size_t m_row;                      ///< from one source point to the next
-    Table m_spread, m_repeated;
+    std::size_t RunScalars(Value const* source, Value* target) const {
+        std::size_t const behind = Behind();
+        std::size_t b = 0;
+        for (; b + 3 + behind < m_blocks; b += 4) {
+            SumBlocks(source + b * m_points, target + b * m_nodes, Four());
+        }
+        for (; b + behind < m_blocks; ++b) {
+            SumBlocks(source + b * m_points, target + b * m_nodes, One());
+        }
+        return b;
+    }
+
+    /// Some blocks of one component.
+    template <std::size_t... kPlace>
+    void SumBlocks(Value const* source, Value* target, Places<kPlace...>) const {
+        std::size_t o = 0;
+        while (true) {
+            Vector sums[sizeof...(kPlace)] = {};
+            Value const* column = m_columns + o;
+            for (std::size_t i = 0; i < m_points; ++i) {
+                Vector coefficients;
+                std::memcpy(&coefficients, column, sizeof coefficients);
+                ((sums[kPlace] += coefficients * source[kPlace * m_points + i]), ...);
+                column += m_stride;
+            }
+            (std::memcpy(target + kPlace * m_nodes + o, &sums[kPlace], sizeof(Vector)), ...);
+            if (!Advance(o, m_nodes)) return;
+        }
+    }
+
+    /// To the next vector of `count` values; the last one lies so that it ends with them. False
+    /// behind it.
+    static bool Advance(std::size_t& at, std::size_t count) {
+        if (at + kLanes >= count) return false;
+        at = at + 2 * kLanes <= count ? at + kLanes : count - kLanes;
+        return true;
+    }
+
+    std::size_t m_points, m_nodes, m_components, m_blocks;
+    std::size_t m_stride;  ///< from one source point to the next in m_columns
+    Value* m_columns;      ///< the coefficients of each source point, side by side
 };
 
+}  // namespace
 }  // namespace kov::fsm

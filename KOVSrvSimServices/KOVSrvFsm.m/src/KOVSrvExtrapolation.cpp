@@ -3,22 +3,17 @@
 #include <cstddef>
 #include <functional>
 
-#include "ExtrapolationKernels.h"
+#include "Extrapolation.h"
 
 namespace {
 
 using kov::fsm::ExtrapolationShape;
 
-// From so many components on, lanes along the components are all but filled.
-constexpr std::size_t kManyComponents = 32;
-// For fewer blocks than this the tables do not pay.
-constexpr std::size_t kFewBlocks = 8;
-
-/// The sums as they are defined.
+/// The sums as they are defined, for the blocks from `first` on.
 template <class Value>
-void ExtrapolatePlainly(ExtrapolationShape const& shape, Value const* source, Value* target,
-                        float const* coefficients) {
-    for (std::size_t b = 0; b < shape.blocks; ++b) {
+void ExtrapolatePlainly(ExtrapolationShape const& shape, std::size_t first, Value const* source,
+                        Value* target, float const* coefficients) {
+    for (std::size_t b = first; b < shape.blocks; ++b) {
         for (std::size_t c = 0; c < shape.components; ++c) {
             for (std::size_t o = 0; o < shape.targetPoints; ++o) {
                 Value* const to = target + (b * shape.targetPoints + o) * shape.components + c;
@@ -36,17 +31,21 @@ void ExtrapolatePlainly(ExtrapolationShape const& shape, Value const* source, Va
     }
 }
 
+/// Answers how many blocks are done.
 template <class Value>
-bool ExtrapolateInLanes(ExtrapolationShape const& shape, Value const* source, Value* target,
-                        float const* coefficients) {
-    if (shape.components >= kManyComponents) {
-        kov::fsm::ExtrapolateAlongComponents<Value>(shape, coefficients).Run(source, target);
-        return true;
+std::size_t ExtrapolateInVectors(ExtrapolationShape const& shape, Value const* source,
+                                 Value* target, float const* coefficients) {
+#ifdef __x86_64__
+    static bool const avx512 = __builtin_cpu_supports("avx512f");
+    static bool const avx2 = __builtin_cpu_supports("avx2");
+    // The widest vectors pay where more than half of one is filled.
+    std::size_t const filled = shape.components == 1 ? shape.targetPoints : shape.components;
+    if (avx512 && filled > 32 / sizeof(Value)) {
+        return kov::fsm::ExtrapolateWithAvx512(shape, source, target, coefficients);
     }
-    kov::fsm::ExtrapolateAlongOutputs<Value> outputs(shape, coefficients);
-    if (!outputs.IsReady()) return false;
-    outputs.Run(source, target);
-    return true;
+    if (avx2) return kov::fsm::ExtrapolateWithAvx2(shape, source, target, coefficients);
+#endif
+    return kov::fsm::ExtrapolateOnAnyMachine(shape, source, target, coefficients);
 }
 
 template <class Value, class Other>
@@ -65,13 +64,13 @@ void Extrapolate(int sourcePoints, int targetPoints, int components, int blocks,
                                    static_cast<std::size_t>(blocks)};
     std::size_t const values = shape.components * shape.blocks;
     // Where what is written is also read, the order of the plain loop is part of the result.
-    bool const overlap =
+    bool const plain =
+        shape.sourcePoints == 0 ||
         Overlap(target, shape.targetPoints * values, source, shape.sourcePoints * values) ||
         Overlap(target, shape.targetPoints * values, coefficients,
                 shape.targetPoints * shape.sourcePoints);
-    bool const few = shape.blocks < kFewBlocks || shape.sourcePoints == 0;
-    if (!overlap && !few && ExtrapolateInLanes(shape, source, target, coefficients)) return;
-    ExtrapolatePlainly(shape, source, target, coefficients);
+    std::size_t const done = plain ? 0 : ExtrapolateInVectors(shape, source, target, coefficients);
+    ExtrapolatePlainly(shape, done, source, target, coefficients);
 }
 
 }  // namespace
