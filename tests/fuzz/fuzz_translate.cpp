@@ -3,7 +3,7 @@
 // Zero bytes do not stand in decks; the byte 1 parts the deck from the files that it may include,
 // "1.inp", "2.inp" and so on. A deck is translated, or refused with a text that names a file: no
 // exception of another kind may come. Each deck has a transaction of its own, which is dropped, so
-// that one document serves many decks.
+// that one document serves many decks, unless a deck has sections.
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
@@ -17,6 +17,7 @@
 #include "KOVSimMap.h"
 #include "KOVSimSchema.h"
 #include "KOVSimTransaction.h"
+#include "KOVSimVector.h"
 #include "Translation.h"
 
 namespace {
@@ -66,8 +67,15 @@ void CheckDocument(KOVObjDocument const& document, TranslationSummary const& sum
                 DocumentSets(document, schema::Model_otherElementSets()).size() ==
             summary.elementSets);
     KOVSimPosition const model = document.GetModel();
+    Require(static_cast<std::size_t>(CountSurfaces(document)) == summary.surfaces);
     Require(static_cast<std::size_t>(model.GetMap(schema::Model_regions()).Size()) ==
-            summary.surfaces);
+            summary.surfaces + summary.sections);
+    Require(static_cast<std::size_t>(model.GetMap(schema::Model_sections()).Size()) ==
+            summary.sections);
+    Require(static_cast<std::size_t>(model.GetVector(schema::Model_sectionAssignments()).Size()) ==
+            summary.sections);
+    Require(static_cast<std::size_t>(model.GetMap(schema::Model_plies()).Size()) == summary.plies);
+    Require(SpaceAt(document.GetMaterialCollection()) == static_cast<int>(summary.materials));
     Require(static_cast<std::size_t>(model.GetMap(schema::Model_orientationsByName()).Size()) ==
             summary.orientations);
     Require(static_cast<std::size_t>(model.GetMap(schema::Model_distributions()).Size()) ==
@@ -99,6 +107,13 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
         Translation translation(files, *document, transaction, {strict, {}});
         TranslationSummary const summary = translation.Run("deck.inp");
         CheckDocument(*document, summary);
+        if (summary.sections > 0) {
+            // Layers are written behind the commit: such a document serves one deck only.
+            transaction.Commit();
+            translation.WriteLayers();
+            document->Close();
+            document.reset();
+        }
     } catch (Failure const& failure) {
         Require(std::string(failure.what()).find(".inp:") != std::string::npos);
     }

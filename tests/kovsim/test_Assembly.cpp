@@ -343,10 +343,10 @@ TEST(Assembly, APartWithoutAnInstanceGivesNothingButANote) {
 
 TEST(Assembly, WhatAPartHoldsThatIsNotKnownCountsOnce) {
     InMemory deck(
-        "*PART, NAME=P\n*SHELL SECTION\n1\n*NODE\n1, 0, 0, 0, 0, 0, 1\n*END PART\n*ASSEMBLY\n" +
+        "*PART, NAME=P\n*SURFACE SECTION\n1\n*NODE\n1, 0, 0, 0, 0, 0, 1\n*END PART\n*ASSEMBLY\n" +
         Instance("I", "P", "") + Instance("J", "P", "") + "*END ASSEMBLY\n");
     deck.Translate();
-    EXPECT_EQ(deck.summary.unknownKeywords, (std::map<std::string, long>{{"*SHELL SECTION", 1}}));
+    EXPECT_EQ(deck.summary.unknownKeywords, (std::map<std::string, long>{{"*SURFACE SECTION", 1}}));
     EXPECT_EQ(deck.summary.notes["nodes with a normal, which was not kept"], 1);
 }
 

@@ -46,6 +46,10 @@ struct Overview {
     std::vector<InstanceEntry> instances;
     int surfaces = 0;
     int orientations = 0;
+    int materials = 0;
+    int sections = 0;
+    int plies = 0;
+    int tableFields = 0;
     int classes = 0;
     std::vector<JobStep> steps;
     bool hasStatus = false;
@@ -84,8 +88,13 @@ Overview LookAt(KOVObjDocument const& document) {
         LookAtSets(document, schema::Model_elementSets(), schema::Model_otherElementSets());
     overview.instances = ListInstances(document, MeshLabels(document, KOVObjLabelerNodes),
                                        MeshLabels(document, KOVObjLabelerElements));
-    overview.surfaces = model.GetMap(schema::Model_regions()).Size();
+    overview.surfaces = CountSurfaces(document);
     overview.orientations = model.GetMap(schema::Model_orientationsByName()).Size();
+    overview.materials =
+        document.GetMaterialCollection().GetMap(schema::MaterialLib_materials()).Size();
+    overview.sections = model.GetMap(schema::Model_sections()).Size();
+    overview.plies = model.GetMap(schema::Model_plies()).Size();
+    overview.tableFields = model.GetMap(schema::Model_distributions()).Size();
     overview.classes = CountElementClasses(document);
     overview.steps = JobSteps(document);
     overview.hasStatus = ReadJobStatus(document, overview.status);
@@ -121,6 +130,8 @@ std::string JsonText(Options const& options, Overview const& overview) {
     }
     json.EndArray();
     json.Member("surfaces", overview.surfaces).Member("orientations", overview.orientations);
+    json.Member("materials", overview.materials).Member("sections", overview.sections);
+    json.Member("plies", overview.plies).Member("tableFields", overview.tableFields);
     json.Member("elementClasses", overview.classes);
     json.Key("steps").BeginArray();
     for (JobStep const& step : overview.steps) {
@@ -201,6 +212,10 @@ std::string PlainText(Options const& options, Overview const& overview) {
     AddInstances(table, overview.instances);
     table.Line("surfaces", overview.surfaces);
     table.Line("orientations", overview.orientations);
+    table.Line("materials", overview.materials);
+    table.Line("sections", overview.sections);
+    table.Line("plies", overview.plies);
+    table.Line("table fields", overview.tableFields);
     table.Line("element classes", overview.classes);
     table.Line("steps", static_cast<long>(overview.steps.size()));
     for (JobStep const& step : overview.steps) {

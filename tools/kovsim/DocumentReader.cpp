@@ -77,6 +77,17 @@ std::vector<DocumentSet> DocumentSets(KOVObjDocument const& document, int map) {
     return sets;
 }
 
+bool IsSurface(KOVSimPosition const& region) { return region.TypePosition() != schema::Region(); }
+
+int CountSurfaces(KOVObjDocument const& document) {
+    int surfaces = 0;
+    KOVSimMap const regions = document.GetModel().GetMap(schema::Model_regions());
+    for (KOVSimMapiterator at = regions.Begin(); at.NotDone(); ++at) {
+        if (IsSurface(at.Value())) ++surfaces;
+    }
+    return surfaces;
+}
+
 std::vector<DocumentInstance> DocumentInstances(KOVObjDocument const& document) {
     constexpr int partField = 0;
     std::vector<DocumentInstance> instances;

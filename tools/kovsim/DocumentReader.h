@@ -59,6 +59,11 @@ struct DocumentSet {
 /// The sets in a map of the model, by ascending name.
 std::vector<DocumentSet> DocumentSets(KOVObjDocument const& document, int map);
 
+/// True for what stands among the regions of a model as a surface: all but plain regions, which
+/// sections have for their elements.
+bool IsSurface(KOVSimPosition const& region);
+int CountSurfaces(KOVObjDocument const& document);
+
 /// An instance of an assembly.
 struct DocumentInstance {
     std::string name;

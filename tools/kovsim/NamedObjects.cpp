@@ -31,6 +31,11 @@ int MapOf(ObjectKind kind, bool internal) {
     return kNoMap;
 }
 
+// The regions of sections stand among the surfaces.
+bool IsOf(ObjectKind kind, KOVSimPosition const& object) {
+    return kind != ObjectKind::Surface || IsSurface(object);
+}
+
 // A name taken apart at the dots that stand outside quotes; its quotes are gone.
 struct ScopedName {
     std::string first;  ///< what stands before the first dot; empty without one
@@ -102,6 +107,7 @@ std::vector<NamedObject> AllObjects(KOVObjDocument const& document, ObjectKind k
     int const map = MapOf(kind, internal);
     if (map == kNoMap) return objects;
     for (KOVSimMapiterator at = document.GetModel().GetMap(map).Begin(); at.NotDone(); ++at) {
+        if (!IsOf(kind, at.Value())) continue;
         objects.push_back({kind, internal, Plain(at.Key()), at.Value()});
     }
     return objects;
@@ -115,7 +121,7 @@ std::vector<NamedObject> FindObjects(KOVObjDocument const& document, std::string
             int const map = MapOf(kind, internal);
             if (map == kNoMap) continue;
             KeyedObject found = FindInMap(document, name, map);
-            if (found.position.IsNull()) continue;
+            if (found.position.IsNull() || !IsOf(kind, found.position)) continue;
             objects.push_back({kind, internal, std::move(found.key), found.position});
             break;
         }
@@ -152,6 +158,7 @@ std::vector<std::string> NearestInMaps(KOVObjDocument const& document, std::stri
     for (int const map : maps) {
         KOVSimMapiterator at = document.GetModel().GetMap(map).Begin();
         for (; at.NotDone() && within.size() < NearestSearch::kMost; ++at) {
+            if (map == schema::Model_regions() && !IsSurface(at.Value())) continue;
             search.Look(View(at.Key()));
             if (std::string const key = Plain(at.Key()); LowerCase(key).ends_with(tail))
                 within.push_back(key);

@@ -143,7 +143,7 @@ SubModelSummary WriteSubModel(KOVObjDocument const& source, KOVSimCSet const& el
     });
     count(summary.nodeSets, maps(schema::Model_nodeSets(), schema::Model_otherNodeSets()));
     count(summary.elementSets, maps(schema::Model_elementSets(), schema::Model_otherElementSets()));
-    count(summary.surfaces, maps(schema::Model_regions(), -1));
+    count(summary.surfaces, CountSurfaces);
     count(summary.orientations, maps(schema::Model_orientationsByName(), -1));
     count(summary.instances, maps(schema::Model_instances(), -1));
     return summary;
