@@ -183,10 +183,10 @@ def check_section_names(check, model, document, rng):
     """Some layups are asked for by name."""
     layered = [section for section in model.sections if section.layered]
     for section in rng.sample(layered, min(6, len(layered))):
-        status, out, error = kovsim("layup", document, "--json", "--values", "--section",
-                                    section.name)
+        name = rng.choice([section.name, section.typed])
+        status, out, error = kovsim("layup", document, "--json", "--values", "--section", name)
         if status != 0:
-            check.that(False, f"layup --section {section.name}", error)
+            check.that(False, f"layup --section {name}", error)
         else:
             check_layup(check, model, section, json.loads(out)["layups"][0])
 
@@ -299,6 +299,8 @@ def main():
     options = parser.parse_args()
     if options.deck is None and options.make_wing is None:
         parser.error("expected the generator or a deck")
+    if shutil.which(KOVSIM) is None:
+        parser.error(f"no {KOVSIM}; expected the command line in the environment's KOVSIM")
     scratch = os.environ.get("KOV_TEST_TMP", tempfile.gettempdir())
     with tempfile.TemporaryDirectory(prefix="layup-", dir=scratch) as name:
         folder = pathlib.Path(name)

@@ -143,6 +143,7 @@ class Section:
     kind: str             # shell, solid, membrane, beam
     line: int
     name: str             # key of its element set
+    typed: str            # as a deck names it
     composite: bool
     elements: list        # ordinals, ascending
     layers: list
@@ -314,7 +315,8 @@ class Model:
         owner, (set_name, _) = self.find_set(scope, parameters["ELSET"])
         section = Section(
             kind=block.keyword[:-len("SECTION")].lower(), line=block.line,
-            name=owner.key(set_name), composite="COMPOSITE" in parameters,
+            name=owner.key(set_name),
+            typed=(f'"{owner.instance}".' if owner.instance else "") + f'"{set_name}"', composite="COMPOSITE" in parameters,
             elements=sorted(self.members(scope, parameters["ELSET"])), layers=[],
             orientation=self.orientation(scope, parameters.get("ORIENTATION")))
         if "MATERIAL" in parameters:
