@@ -4,9 +4,11 @@
 #include <filesystem>
 #include <limits>
 #include <random>
+#include <set>
 #include <string>
 #include <vector>
 
+#include "DamagedDocuments.h"
 #include "JsonText.h"
 #include "KOVObjMeshedField.h"
 #include "Process.h"
@@ -363,6 +365,57 @@ TEST_F(Layup, WordsThatAreNoQuestionAreStatusTwo) {
     }
 }
 
+// ------------------------------------------------------------------------- decks
+
+char const kPanel[] =
+    "*PART, NAME=Panel\n*NODE\n1, 0\n2, 1\n3, 2\n4, 3\n5, 0, 1\n6, 1, 1\n7, 2, 1\n8, 3, 1\n"
+    "*ELEMENT, TYPE=S4R\n1, 1, 2, 6, 5\n2, 2, 3, 7, 6\n3, 3, 4, 8, 7\n*ELEMENT, TYPE=MASS\n10, 4\n"
+    "*ELSET, ELSET=Skin\n1, 2\n*ELSET, ELSET=Tip\n3\n"
+    "*ORIENTATION, NAME=Span\n1, 0, 0, 0, 1, 0\n"
+    "*DISTRIBUTION TABLE, NAME=Turn\nANGLE\n"
+    "*DISTRIBUTION, NAME=Steering, LOCATION=ELEMENT, TABLE=Turn\n, 0\n1, 15\n2, 30\n"
+    "*SHELL SECTION, ELSET=Skin, COMPOSITE, ORIENTATION=Span, OFFSET=SPOS, LAYUP=Outer\n"
+    "0.125, 3, CFRP, 45, Ply-1\n0.125, 3, CFRP, Steering, Ply-2\n0.5, 5, \"Foam Core\"\n"
+    "*SHELL SECTION, ELSET=Tip, MATERIAL=Steel\n2.5\n*END PART\n"
+    "*ASSEMBLY, NAME=A\n*INSTANCE, NAME=Left, PART=Panel\n*END INSTANCE\n"
+    "*INSTANCE, NAME=Right, PART=Panel\n0, 0, 5\n*END INSTANCE\n*END ASSEMBLY\n"
+    "*MATERIAL, NAME=CFRP\n*MATERIAL, NAME=\"Foam Core\"\n*MATERIAL, NAME=Steel\n";
+
+TEST_F(Layup, OfADeckIsShown) {
+    WriteFile(work / "d.inp", kPanel);
+    ASSERT_EQ(work.Run({"translate", "d.inp", "-o", "m.ksd"}).status, 0);
+    EXPECT_EQ(Show({"--section", "Right.Skin"}),
+              "section Right_Skin: composite shell of 3 layers\n"
+              "  layup        Outer\n"
+              "  elements     2, in 1 assignment\n"
+              "  orientation  Right_Span\n"
+              "  offset       0.5 of the thickness, towards the top\n"
+              "  integration  Simpson's rule\n"
+              "  thickness    0.75\n"
+              "  from         -0.75 (bottom) to 0 (top), from the reference surface\n"
+              "  layer  ply          material     orientation  points  thickness"
+              "                angle  from .. to\n"
+              "      1  Right_Ply-1  CFRP         -                 3      0.125"
+              "                   45  -0.75 .. -0.625\n"
+              "      2  Right_Ply-2  CFRP         -                 3      0.125"
+              "  15 .. 30 by element  -0.625 .. -0.5\n"
+              "      3  -            \"Foam Core\"  -                 5        0.5"
+              "                    0  -0.5 .. 0\n"
+              "  layer 1 is the bottom one, layer 3 the top one\n");
+    EXPECT_EQ(Json({"--element", "Left", "2"})["layups"][0]["layers"][1]["angle"].number, 30);
+    EXPECT_EQ(Show({"--element", "Left", "10"}), "element 10 of Left is in no section\n");
+    EXPECT_EQ(work.Run({"sections", "m.ksd"}).output,
+              "4 section assignments\n"
+              "  number  section     kind               holds     given to    elements  governs\n"
+              "       1  Left_Skin   composite shell    3 layers  Left_Skin          2        2\n"
+              "       2  Left_Tip    homogeneous shell  Steel     Left_Tip           1        1\n"
+              "       3  Right_Skin  composite shell    3 layers  Right_Skin         2        2\n"
+              "       4  Right_Tip   homogeneous shell  Steel     Right_Tip          1        1\n"
+              "2 elements in no section, which need none\n"
+              "  MASS  2  Left: 10; Right: 10\n"
+              "each element that needs a section is in one\n");
+}
+
 // ------------------------------------------------------------------------- defective documents
 
 TEST_F(Layup, OfIncompleteAssignmentsIsRefused) {
@@ -504,6 +557,94 @@ TEST_F(Layup, OutputThatCannotBeWrittenIsStatusTwo) {
     Workshop::Result const full = work.Shell("\"$KOVSIM\" layup m.ksd > /dev/full");
     EXPECT_EQ(full.status, 2);
     EXPECT_NE(full.errors.find("cannot write to standard output"), std::string::npos);
+}
+
+TEST_F(Layup, AndSectionsOfDamagedDocumentsAreAnsweredOrRefused) {
+    Make();
+    ExpectAnswersOrRefusals(work, {{"layup", "m.ksd"},
+                                   {"layup", "m.ksd", "--json", "--values"},
+                                   {"layup", "m.ksd", "--section", "P-1_Skin"},
+                                   {"layup", "m.ksd", "--section", "Plain"},
+                                   {"layup", "m.ksd", "--element", "P-1", "14"},
+                                   {"sections", "m.ksd"},
+                                   {"sections", "m.ksd", "--json"}});
+}
+
+// ------------------------------------------------------------------------- pictures
+
+TEST_F(Layup, IsDrawnBesideTheTable) {
+    Make();
+    EXPECT_EQ(Show({"--section", "P-1_Skin", "--svg", "skin.svg"}), kSkin);
+    std::string const picture = ReadFile(work / "skin.svg");
+    EXPECT_NE(picture.find("<svg"), std::string::npos);
+    EXPECT_NE(picture.find("Foam Core"), std::string::npos);
+    EXPECT_EQ(Entries(work.Folder()), (std::set<std::string>{"m.ksd", "skin.svg"}));
+    // The same layup gives the same picture.
+    Json({"--section", "P-1_Skin", "--svg", "again.svg"});
+    EXPECT_EQ(ReadFile(work / "again.svg"), picture);
+    Show({"--element", "P-1", "14", "--svg", "one.svg"});
+    EXPECT_NE(ReadFile(work / "one.svg").find("<svg"), std::string::npos);
+}
+
+TEST_F(Layup, OfAllSectionsAreDrawnOnlyIfThereIsOne) {
+    Make();
+    EXPECT_EQ(Show({"--svg", "all.svg"}),
+              "several sections have layers; choose the one to draw with --section or --element\n");
+    EXPECT_EQ(Entries(work.Folder()), (std::set<std::string>{"m.ksd"}));
+    Make([](KOVObjDocument const& document) {
+        SectionBuilder made(document);
+        AddMesh(made);
+        made.Assign(made.Shell("Skin", {Constant("CFRP", 1, 0)}), {0});
+        made.Commit();
+    });
+    EXPECT_EQ(Show({"--svg", "all.svg"}).substr(0, 13), "section Skin:");
+    EXPECT_EQ(Entries(work.Folder()), (std::set<std::string>{"all.svg", "m.ksd"}));
+    Make([](KOVObjDocument const&) {});
+    EXPECT_EQ(Show({"--svg", "none.svg"}), "no section has layers; there is nothing to draw\n");
+}
+
+TEST_F(Layup, IsNotDrawnOverAnythingNorWhereNothingCanBeMade) {
+    Make();
+    WriteFile(work / "there.svg", "mine");
+    std::vector<std::string> const ask = {"--section", "P-1_Skin", "--svg"};
+    auto const draw = [&](char const* target) {
+        std::vector<std::string> arguments = ask;
+        arguments.push_back(target);
+        Workshop::Result const result = Ask(arguments);
+        EXPECT_EQ(result.status, 2);
+        EXPECT_EQ(result.output, "");
+        return result.errors;
+    };
+    EXPECT_NE(draw("there.svg").find("there.svg"), std::string::npos);
+    EXPECT_EQ(ReadFile(work / "there.svg"), "mine");
+    EXPECT_NE(draw("nowhere/x.svg").find("nowhere"), std::string::npos);
+    EXPECT_NE(draw("m.ksd/x.svg").find("document"), std::string::npos);
+    EXPECT_EQ(Ask({"--section", "none", "--svg", "x.svg"}).status, 2);
+    EXPECT_EQ(Entries(work.Folder()), (std::set<std::string>{"m.ksd", "there.svg"}));
+}
+
+TEST_F(Layup, APictureThatCannotBeWrittenLeavesNothing) {
+    Make([](KOVObjDocument const& document) {
+        SectionBuilder made(document);
+        AddMesh(made);
+        made.Assign(made.Shell("Skin", std::vector<LayerMade>(400, Constant("CFRP", 1, 0))), {0});
+        made.Commit();
+    });
+    // Enough for what reading a document makes, too little for the picture.
+    Workshop::Result const limited =
+        work.Shell("ulimit -f 66; exec \"$KOVSIM\" layup m.ksd --section Skin --svg x.svg");
+    EXPECT_EQ(limited.status, 2);
+    EXPECT_EQ(limited.errors.substr(0, 33), "kovsim: x.svg: cannot be written:");
+    EXPECT_EQ(Entries(work.Folder()), (std::set<std::string>{"m.ksd"}));
+}
+
+TEST_F(Layup, AReaderThatGoesAwayEndsIt) {
+    Make();
+    Workshop::Result const result =
+        work.Shell("\"$KOVSIM\" layup m.ksd --values --json | true; echo done");
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(result.output, "done\n");
+    EXPECT_EQ(result.errors, "");
 }
 
 // ------------------------------------------------------------------------- random layups
