@@ -541,7 +541,8 @@ class Writer:
         for name, part, lines in (
                 ("Wing-R", "Wing", []), ("Wing, left", "WING", [
                     "0., 0., 0.", "0., 0., 0., 1., 0., 0., 180."]),
-                ("Flap-1", "Flap", ["2., 1., 0."]), ("Flap.2", "Flap", ["2., -1.6, 0."])):
+                ("Flap-1", "Flap", ["2., 1., 0."]), ("Flap.2", "Flap", ["2., -1.6, 0."]),
+                ("Slat 1", "Flap", ["-1., 1., 0."]), ("Slat-2", "Flap", ["-1., -1.6, 0."])):
             deck.keyword("INSTANCE", "NAME=" + quoted(name), "PART=" + part)
             for line in lines:
                 deck.add(line)
@@ -571,8 +572,9 @@ class Writer:
     def flap_sections(self):
         """Sections of the assembly, with sets and labels of instances."""
         deck, rng = self.deck, self.rng
-        deck.keyword("DISTRIBUTION TABLE", "NAME=LENGTHS")
-        deck.add("LENGTH")
+        for name, word in (("LENGTHS", "LENGTH"), ("ANGLES", "ANGLE")):
+            deck.keyword("DISTRIBUTION TABLE", "NAME=" + name)
+            deck.add(word)
         deck.keyword("ELSET", 'ELSET="Second flap"')
         deck.add('"Flap.2".PLATE')
         self.section("SHELL SECTION", "Second flap", "COMPOSITE", "OFFSET=SPOS",
@@ -580,6 +582,10 @@ class Writer:
         for k in range(3):
             self.layer(self.num(rng.choice([1.0, 0.5])), "", "CFRP-Woven",
                        self.num(rng.choice([45.0, 0.0])), "U" if k != 1 else "V")
+        # One section over two instances, whose set comes behind it.
+        self.section("SHELL SECTION", "Slats", "COMPOSITE", "SECTION INTEGRATION=GAUSS")
+        self.layer(self.name("Slat thickness"), "", "CFRP-Woven", self.name("Slat angle"), "S-1")
+        self.layer(self.num(0.0002), "", "Glass, woven", self.name("Slat angle"), "S-2")
         # A section of an instance's own set.
         deck.keyword("SHELL SECTION", "ELSET=Flap-1.PLATE", "COMPOSITE", "SYMMETRIC")
         self.layer(self.num(0.0003), "3", "Glass, woven", "30.", "U")
@@ -591,6 +597,21 @@ class Writer:
             if label % 10:
                 deck.data(f"Flap-1.{label}", self.num(round(0.001 * label / 7, 6)))
         deck.data('"Flap.2".12', self.num(0.0015))
+        self.both_slats()
+
+    def both_slats(self):
+        deck, rng = self.deck, self.rng
+        deck.keyword("ELSET", "ELSET=Slats")
+        deck.add('Slat-2.PLATE, "Slat 1".Plate')
+        deck.keyword("DISTRIBUTION", 'NAME="Slat thickness"', "LOCATION=ELEMENT", "TABLE=LENGTHS")
+        deck.data("Slat-2.PLATE", self.num(0.0011))
+        for row in range(4):
+            for k in range(1, 10):
+                deck.data(f'"Slat 1".{10 * row + k}', self.num(round(0.001 + 1e-5 * k * row, 6)))
+        deck.keyword("DISTRIBUTION", 'NAME="Slat angle"', "LOCATION=ELEMENT", "TABLE=ANGLES")
+        deck.data("", self.num(rng.choice([-30.0, 7.5])))
+        deck.data("Slat-2.NOSE", self.num(22.5))
+        deck.data('"Slat 1".5', self.num(-0.125))
 
 
 def make(options):
