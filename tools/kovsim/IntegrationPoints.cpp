@@ -215,7 +215,7 @@ Counts CountsOf(Parent parent, int count) {
 }
 
 Rule RuleOf(Parent parent, Counts counts, std::vector<Place> const& corners) {
-    Rule const line = Gauss(counts.line);
+    Rule line = Gauss(counts.line);
     switch (parent) {
         case Parent::Triangle:
             return Simplex(corners, counts.flat, 1.0 / 2);
@@ -237,7 +237,7 @@ Rule RuleOf(Parent parent, Counts counts, std::vector<Place> const& corners) {
 /// The values of the functions at a place: as many as the rule has points.
 Values FunctionsAt(Place const& at, Parent parent, Counts counts) {
     auto const [x, y, z] = at;
-    Values const linear = counts.flat == 1 ? Values{1} : Values{1, x, y};
+    Values linear = counts.flat == 1 ? Values{1} : Values{1, x, y};
     switch (parent) {
         case Parent::Triangle:
             return linear;

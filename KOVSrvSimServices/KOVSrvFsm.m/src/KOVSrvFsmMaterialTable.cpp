@@ -169,7 +169,7 @@ KOVSimCSet KOVSrvFsmMaterialTable::Save(KOVSimTransaction&, KOVSimPosition& beha
                                         double const** rows, int rowCount, bool withTemperature,
                                         int fieldVariableCount, bool extendable) {
     if (!IsConfigured() || rowCount == 0) return KOVSimCSet();
-    KOVSimCSet const rowSet = ExtendCollection(rowCollection, rowCount);
+    KOVSimCSet rowSet = ExtendCollection(rowCollection, rowCount);
     Saving const table{behaviour.Context(), rowCollection, rowSet, rows, extendable};
 
     int column = 0;
