@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""Runs the measuring programs and prints one table: our figures, the peers', the physical limit, the
-bar, and whether it is met.
+"""Runs the measuring programs and prints one table: our figures, the peers', the physical limit,
+the bar, and whether it is met.
 
 Everything in a row is done in the same run on the same machine, one program after the other in each
 round, and medians over the rounds are shown. Programs leave one JSON line for each result; those of

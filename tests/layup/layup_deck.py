@@ -316,7 +316,8 @@ class Model:
         section = Section(
             kind=block.keyword[:-len("SECTION")].lower(), line=block.line,
             name=owner.key(set_name),
-            typed=(f'"{owner.instance}".' if owner.instance else "") + f'"{set_name}"', composite="COMPOSITE" in parameters,
+            typed=(f'"{owner.instance}".' if owner.instance else "") + f'"{set_name}"',
+            composite="COMPOSITE" in parameters,
             elements=sorted(self.members(scope, parameters["ELSET"])), layers=[],
             orientation=self.orientation(scope, parameters.get("ORIENTATION")))
         if "MATERIAL" in parameters:

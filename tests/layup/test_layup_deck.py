@@ -125,7 +125,8 @@ class Shells(unittest.TestCase):
 
     def test_angles_of_elements_come_from_sets_too(self):
         first, second = self.model.sections[1].layers
-        self.assertEqual((first.angle.variation, float(first.angle.exact(1))), ("distributed", 12.5))
+        self.assertEqual(first.angle.variation, "distributed")
+        self.assertEqual(float(first.angle.exact(1)), 12.5)
         self.assertEqual((second.angle.variation, second.angle.constant), ("constant", 0.0))
 
     def test_names_are_as_typed_first(self):
