@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <limits>
 #include <vector>
 
 #include "services/TableFixture.h"
@@ -212,6 +213,28 @@ TEST_P(MaterialTables, AppendFindsRowsThatTheCollectionHasAlready) {
     mesh.Reopen();
     EXPECT_EQ(mesh.RowCollection().Space(), 9);
     EXPECT_EQ(mesh.Read(given.Table()).rows, (Rows{{1}, {2}, {3}}));
+}
+
+TEST_P(MaterialTables, CountsOfRowsThatCannotBeAreRefused) {
+    Description const given({1}, false);
+    mesh.Save(given.Table(), {{1}, {2}}, false, 0);
+    auto const transaction = mesh.Write();
+    KOVSrvFsmMaterialTable table = given.Table();
+    double const value = 3;
+    double const* row = &value;
+    for (int const count : {-1, -2, -3, std::numeric_limits<int>::max()}) {
+        EXPECT_THROW(table.Append(*transaction, mesh.behaviour, mesh.RowCollection().ID(),
+                                  mesh.Columns().ID(), mesh.Fields().ID(), &row, count, false, 0),
+                     KOVSimException)
+            << count;
+    }
+    EXPECT_THROW(table.Save(*transaction, mesh.behaviour, mesh.RowCollection().ID(),
+                            mesh.Columns().ID(), mesh.Fields().ID(), &row, -1, false, 0, true),
+                 KOVSimException);
+    EXPECT_EQ(mesh.RowCollection().Space(), 2);
+    transaction->Commit();
+    mesh.Reopen();
+    EXPECT_EQ(mesh.Read(given.Table()).rows, (Rows{{1}, {2}}));
 }
 
 TEST_P(MaterialTables, TableThatIsNotExtendableIsNotChunkedAndCannotGrow) {
