@@ -110,6 +110,10 @@ class Wing:
         self.zones = list(zip(thirds, thirds[1:]))
         self.core_bay = self.bays[1 % len(self.bays)]
         self.core_chord = max(1, self.chord // 4)
+        # Labels of each part of the wing begin at a round number.
+        self.unit = 10_000
+        while self.unit < max(self.span * self.chord, 20 * self.span, 50 * self.chord):
+            self.unit *= 10
         self.labels = {}
         self.blocks = []  # type, set, [(label, nodes)]
         self.build()
@@ -131,18 +135,18 @@ class Wing:
         return [label for label, _ in elements]
 
     def build(self):
-        c, s, top = self.chord, self.span, HEIGHT
+        c, s, top, unit = self.chord, self.span, HEIGHT, self.unit
         self.skin = {}
-        for side, h, first in (("UPPER", top, 10001), ("LOWER", 0, 20001)):
+        for side, h, first in (("UPPER", top, unit), ("LOWER", 0, 2 * unit)):
             corners = [[(i, h, j), (i + 1, h, j), (i + 1, h, j + 1), (i, h, j + 1)]
                        for j in range(s) for i in range(c)]
-            self.block("S4R", "SKIN-" + side, first, corners)
-            self.skin[side] = first
+            self.block("S4R", "SKIN-" + side, first + 1, corners)
+            self.skin[side] = first + 1
         self.spar = {}
-        for side, i, first in (("FRONT", 0, 30001), ("REAR", c, 40001)):
+        for side, i, first in (("FRONT", 0, 3 * unit), ("REAR", c, 4 * unit)):
             corners = [[(i, h, j), (i, h, j + 1), (i, h + 1, j + 1), (i, h + 1, j)]
                        for j in range(s) for h in range(top)]
-            self.spar[side] = self.block("S4R", "SPAR-" + side, first, corners)
+            self.spar[side] = self.block("S4R", "SPAR-" + side, first + 1, corners)
         # The front lower corner of each rib is cut into two triangles.
         quads, corners = [], []
         for j in self.ribs:
@@ -153,27 +157,27 @@ class Wing:
                         corners += [[four[0], four[1], four[2]], [four[0], four[2], four[3]]]
                     else:
                         quads.append(four)
-        self.rib = self.block("S4R", "RIBS", 50001, quads)
-        self.rib_corner = self.block("S3", "Rib corners", 58001, corners)
+        self.rib = self.block("S4R", "RIBS", 5 * unit + 1, quads)
+        self.rib_corner = self.block("S3", "Rib corners", 5 * unit + 4 * unit // 5 + 1, corners)
         self.stringer = {}
         for k, i in enumerate(sorted({c // 4, c // 2, (3 * c) // 4})):
             for side, h in (("UPPER", top), ("LOWER", 0)):
                 corners = [[(i, h, j), (i, h, j + 1)] for j in range(s)]
                 self.stringer[side, k] = self.block(
                     "B31", f"STRINGER-{side[0]}{k + 1}",
-                    60001 + 1000 * k + (500 if h else 0), corners)
+                    6 * unit + k * unit // 10 + (unit // 20 if h else 0) + 1, corners)
         first, last = self.core_bay
         corners = [[(i + a, h, j + b) for h in (h0, h0 + 1) for a, b in
                     ((0, 0), (1, 0), (1, 1), (0, 1))]
                    for j in range(first, last) for h0 in range(top)
                    for i in range(self.core_chord)]
-        self.core = self.block("C3D8", "CORE", 70001, corners)
+        self.core = self.block("C3D8", "CORE", 7 * unit + 1, corners)
         corners = [[(c, top, j), (c + 1, top, j), (c + 1, top, j + 1), (c, top, j + 1)]
                    for j in range(s)]
-        self.panel = self.block("M3D4", "Trailing edge", 80001, corners)
+        self.panel = self.block("M3D4", "Trailing edge", 8 * unit + 1, corners)
         corners = [[(c + 1, top, j), (c, 0, j)] for j in self.ribs]
-        self.rod = self.block("T3D2", "RODS", 85001, corners)
-        self.mass = self.block("MASS", "FUEL", 90001, [[(0, 0, j)] for j in self.ribs])
+        self.rod = self.block("T3D2", "RODS", 8 * unit + unit // 2 + 1, corners)
+        self.mass = self.block("MASS", "FUEL", 9 * unit + 1, [[(0, 0, j)] for j in self.ribs])
 
     def skin_labels(self, side, bay, zone):
         first = self.skin[side]
@@ -449,7 +453,7 @@ class Writer:
             deck.add(words)
         steered = sorted(set(self.steered))
         self.distribution("STEER", "angles", rng.choice([0.0, 15.0]), [
-            (label, round(math.degrees(math.atan(0.002 * (label - 10001))) - rng.random(), 4))
+            (label, self.steering(label))
             for label in steered if rng.random() < 0.7])
         padded = sorted(set(self.padded))
         values = [(label, round(0.0002 + 1e-6 * rng.randint(0, 300), 7)) for label in padded]
@@ -481,6 +485,10 @@ class Writer:
         deck.keyword("DISTRIBUTION", "NAME=HEAT", "LOCATION=NODE", "TABLE=LENGTHS")
         deck.add(", 20.")
         deck.add("1, 21.5")
+
+    def steering(self, label):
+        along = label - self.wing.skin["UPPER"]
+        return round(math.degrees(math.atan(0.002 * along)) - self.rng.random(), 4)
 
     def blame(self, element, line):
         self.deck.element = element
