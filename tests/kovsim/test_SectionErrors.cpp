@@ -284,6 +284,20 @@ TEST(SectionErrors, OfInstancesNameTheInstance) {
               "'I'");
 }
 
+TEST(SectionErrors, ANameThatFitsOrientationsOfTwoScopesAsksForQuotes) {
+    std::string const point = "\n1, 0, 0, 0, 1, 0\n";
+    std::string const deck = kSkinPart + "*ORIENTATION, NAME=O" + point + kTwo +
+                             "*MATERIAL, NAME=Steel\n*ORIENTATION, NAME=\"I.O\"" + point;
+    std::string const section = "*SHELL SECTION, ELSET=I.LEFT, MATERIAL=Steel, ORIENTATION=";
+    EXPECT_EQ(
+        ErrorOf(deck + section + "I.O\n1\n"),
+        "deck.inp:39: 'I.O' is orientation 'I.O' and orientation 'O' of instance 'I'; expected "
+        "quotes, as in \"I.O\" or \"I\".\"O\"");
+    EXPECT_EQ(ErrorOf(deck + section + "\"I.O\"\n1\n"), "");
+    EXPECT_EQ(ErrorOf(deck + section + "\"I\".\"O\"\n1\n"), "");
+    EXPECT_EQ(ErrorOf(deck + section + "J.O\n1\n"), "");
+}
+
 TEST(SectionErrors, PliesOfOneKeyAreTold) {
     EXPECT_EQ(
         ErrorOf(kSkinPart + kLayers + "1,, Steel, 0, P\n" + kTwo +
