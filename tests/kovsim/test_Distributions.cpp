@@ -122,9 +122,7 @@ TEST_P(Distributions, ATableMayHaveAsManyColumnsAsDocumentsHave) {
 TEST_P(Distributions, NodesAreNoLocationForThem) {
     Translate(kMesh + "*DISTRIBUTION, NAME=D, LOCATION=NODE, TABLE=T\n1, 2\n" + kHead + "10, 1\n");
     EXPECT_EQ(summary.notes, (std::map<std::string, long>{
-                                 {"distributions at another location than ELEMENT, which were not "
-                                  "kept",
-                                  1}}));
+                                 {"distributions at another location than ELEMENT, not kept", 1}}));
     EXPECT_EQ(summary.distributions, 1U);
     EXPECT_EQ(Stored().values.size(), 1U);
 }

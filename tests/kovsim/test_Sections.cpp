@@ -287,10 +287,9 @@ TEST_P(SectionDecks, AHomogeneousShellMayHaveItsThicknessByElement) {
     }
     EXPECT_EQ(Distributed(Model(), schema::BulkShellLayers_distThicknesses(), 0, {0, 1, 2, 3, 4}),
               (Reals{4, 8, 1.5, 2, 2}));
-    EXPECT_EQ(
-        summary.notes.at(
-            "times a thickness of *SHELL SECTION beside a distribution, which holds in its place"),
-        1);
+    EXPECT_EQ(summary.notes.at(
+                  "thicknesses of *SHELL SECTION beside a distribution, which holds in its place"),
+              1);
 }
 
 TEST_P(SectionDecks, LayersMayHaveThicknessesAndAnglesByElement) {
@@ -514,9 +513,9 @@ TEST_P(SectionDecks, WhatIsNotKeptIsNoted) {
     Translate(kStrip + kSteel +
               "*SHELL SECTION, ELSET=LEFT, MATERIAL=Steel, POISSON=0.5, NODAL THICKNESS\n1\n"
               "*SHELL SECTION, ELSET=RIGHT, MATERIAL=Steel, POISSON=0.5, STACK DIRECTION=2\n1\n");
-    EXPECT_EQ(summary.notes.at("times POISSON of *SHELL SECTION, which was not kept"), 2);
-    EXPECT_EQ(summary.notes.at("times NODAL THICKNESS of *SHELL SECTION, which was not kept"), 1);
-    EXPECT_EQ(summary.notes.at("times STACK DIRECTION of *SHELL SECTION, which was not kept"), 1);
+    EXPECT_EQ(summary.notes.at("POISSON of *SHELL SECTION, which was not kept"), 2);
+    EXPECT_EQ(summary.notes.at("NODAL THICKNESS of *SHELL SECTION, which was not kept"), 1);
+    EXPECT_EQ(summary.notes.at("STACK DIRECTION of *SHELL SECTION, which was not kept"), 1);
 }
 
 TEST_P(SectionDecks, ASetMayNameAnElementTwice) {

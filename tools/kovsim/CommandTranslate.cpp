@@ -117,7 +117,7 @@ std::string PlainSummary(Options const& options, TranslationSummary const& summa
     if (summary.repeatedNodes > 0) line("nodes defined twice", summary.repeatedNodes);
     for (auto const& [keyword, count] : summary.unknownKeywords) line("unknown " + keyword, count);
     for (auto const& [note, count] : summary.notes)
-        text += std::to_string(count) + " " + note + "\n";
+        text += note + ": " + std::to_string(count) + "\n";
     text += SectionlessText(summary);
     char row[80];
     std::snprintf(row, sizeof row, "%-24s %12.2f\n", "seconds", seconds);

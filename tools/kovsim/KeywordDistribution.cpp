@@ -394,7 +394,7 @@ void ReadDistribution(Translation& translation, DeckReader& reader, KeywordLine 
     KeywordParameters const parameters(reader, line, {"name", "location", "table"});
     std::string const name = parameters.Required("name");
     if (LowerCase(parameters.Required("location")) != "element") {
-        translation.Note("distributions at another location than ELEMENT, which were not kept");
+        translation.Note("distributions at another location than ELEMENT, not kept");
         return;
     }
     std::string const table = parameters.Required("table");

@@ -50,7 +50,7 @@ double ReadThickness(Translation& translation, DeckReader& reader, KeywordLine c
         reader.Fail(std::string("the thickness is missing; expected ") + form);
     }
     if (section.thicknessName != MentionTable::kNone && thickness > 0) {
-        translation.Note("times a thickness of " + ShownKeyword(line) +
+        translation.Note("thicknesses of " + ShownKeyword(line) +
                          " beside a distribution, which holds in its place");
         return 0;
     }

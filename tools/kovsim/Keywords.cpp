@@ -163,8 +163,7 @@ void KeywordParameters::PassOver(Translation& translation,
                                              ShownKeyword(m_line) +
                                              " is not kept; expected kept ones only");
         }
-        translation.Note("times " + UpperCase(key) + " of " + ShownKeyword(m_line) +
-                         ", which was not kept");
+        translation.Note(UpperCase(key) + " of " + ShownKeyword(m_line) + ", which was not kept");
     }
 }
 
