@@ -27,6 +27,7 @@ void AddLayup(CLI::App& app, Action& action);
 void AddMonitor(CLI::App& app, Action& action);
 void AddSections(CLI::App& app, Action& action);
 void AddSets(CLI::App& app, Action& action);
+void AddVariable(CLI::App& app, Action& action);
 
 /// Writes text to standard output at once. Throws Failure if that fails.
 void Print(std::string const& text);
