@@ -9,9 +9,14 @@
 #include <set>
 
 #include "DocumentReader.h"
+#include "InMemory.h"
+#include "KOVBasMap.h"
 #include "KOVSimContext.h"
 #include "KOVSimFTable.h"
+#include "KOVSimMap.h"
 #include "KOVSimSet.h"
+#include "KOVSrvBulkShellLayers.h"
+#include "LayupReader.h"
 #include "RandomModel.h"
 
 namespace kov::test {
@@ -608,6 +613,84 @@ TEST_F(Beside, LinksThatLeadInCirclesAreFollowedOnce) {
 TEST(SubModelOfABareDocument, HasNoMeshToCut) {
     KOVObjDocument const bare = KOVObjDocument::CreateInMemory(KOVObjDocument::Bare);
     EXPECT_THROW(tool::NodesOfElements(bare, KOVSimCSet()), tool::Failure);
+}
+
+// Elements 1 and 2, of sets A and B, with distributions of which element 2 has the defaults alone.
+std::string const kDefaults =
+    "*NODE\n1, 0\n2, 1\n3, 1, 1\n4, 0, 1\n5, 2\n6, 2, 1\n"
+    "*ELEMENT, TYPE=S4R, ELSET=A\n1, 1, 2, 3, 4\n*ELEMENT, TYPE=S4R, ELSET=B\n2, 2, 5, 6, 3\n"
+    "*MATERIAL, NAME=M\n*DISTRIBUTION TABLE, NAME=T\nLENGTH\n"
+    "*DISTRIBUTION, NAME=D, LOCATION=ELEMENT, TABLE=T\n, 0.25\n1, 0.5\n"
+    "*DISTRIBUTION, NAME=All, LOCATION=ELEMENT, TABLE=T\n, 0.75\n"
+    "*DISTRIBUTION, NAME=First, LOCATION=ELEMENT, TABLE=T\n1, 2.5\n";
+
+KOVObjDocument ElementTwoOf(KOVObjDocument const& source) {
+    KOVObjDocument const target = KOVObjDocument::CreateInMemory();
+    KOVSimTransaction transaction(target.ContextID());
+    KOVSimCollection const elements =
+        tool::CollectionAt(KOVObjMesh(source.GetMesh()).GetElementCollection());
+    tool::WriteSubModel(source, elements.CreateVolatileCSetStrided(1, 1, 1, 1), target, {});
+    transaction.Commit();
+    return target;
+}
+
+TEST(SubModel, ATableFieldKeepsItsDefaultsWhereNoElementHasAValue) {
+    InMemory source(kDefaults);
+    source.Translate();
+    KOVObjDocument const cut = ElementTwoOf(source.document);
+    KOVSimMap const fields = cut.GetModel().GetMap(schema::Model_distributions());
+    for (auto const& [name, value] : {std::pair{"D", 0.25}, {"All", 0.75}}) {
+        KOVSimPosition const field = fields.Find(name);
+        ASSERT_FALSE(field.IsNull()) << name;
+        KOVSimDistribution const values(
+            field.GetPosition(schema::FieldFTable_distribution()).GetDistribution());
+        tool::DrawerDescriptions drawers;
+        values.QueryDrawers(drawers);
+        ASSERT_EQ(drawers.Size(), 1) << name;
+        EXPECT_TRUE(drawers.ConstGet(0).compartment.CSet(0).IsEmpty()) << name;
+        EXPECT_EQ(drawers.ConstGet(0).compartment.CSet(1).Size(), 1) << name;
+        EXPECT_EQ(drawers.ConstGet(0).extendableDim, 0) << name;
+
+        KOVSimCollection elements =
+            tool::CollectionAt(KOVObjMesh(cut.GetMesh()).GetElementCollection());
+        KOVSimCSetID const all = elements.CreateTempCSetStrided(0, 1, 1, 1);
+        KOVBasMap<int, double> read;
+        omi_Singleton<KOVSrvBulkShellLayers>::Instance()->ReadFieldData(KOVSimPosition(all), field,
+                                                                        read);
+        ASSERT_EQ(read.Size(), 1) << name;
+        EXPECT_EQ(*read.Find(0), value) << name;
+    }
+    // Without a default it has nothing for what remains.
+    EXPECT_TRUE(fields.Find("First").IsNull());
+}
+
+TEST(SubModel, LayersOfSolidsKeepNumbersThatAreDefaults) {
+    std::string const links = "*SOLID SECTION, ELSET=B, COMPOSITE\nD, 1, M, All\n2, 1, M, D\n";
+    InMemory source(kDefaults + links);
+    source.Translate();
+    KOVObjDocument const cut = ElementTwoOf(source.document);
+    tool::Layup const layup = tool::LayupReader(cut, false).OfElement("", 2);
+    ASSERT_EQ(layup.layers.size(), 2U);
+    EXPECT_EQ(layup.layers[0].thickness.value, 0.25);
+    EXPECT_EQ(layup.layers[0].angle.value, 0.75);
+    EXPECT_EQ(layup.layers[1].thickness.value, 2);
+    EXPECT_EQ(layup.layers[1].angle.value, 0.25);
+}
+
+TEST(SubModel, SectionsKeepThicknessesThatAreDefaults) {
+    InMemory source(kDefaults +
+                    "*MEMBRANE SECTION, ELSET=A, MATERIAL=M\n1\n"
+                    "*SHELL SECTION, ELSET=B, MATERIAL=M, SHELL THICKNESS=D\n");
+    source.Translate();
+    KOVObjDocument const cut = ElementTwoOf(source.document);
+    KOVSimPosition const model = cut.GetModel();
+    KOVSimPosition const section = model.GetMap(schema::Model_sections()).Find("B");
+    EXPECT_FALSE(section.IsNull());
+    EXPECT_EQ(section.GetPosition(schema::Section_thicknessField()).ID(),
+              model.GetMap(schema::Model_distributions()).Find("D").ID());
+    tool::Layup const layup = tool::LayupReader(cut, false).OfSection("B");
+    ASSERT_EQ(layup.layers.size(), 1U);
+    EXPECT_EQ(layup.layers[0].thickness.range, std::pair(0.25, 0.25));
 }
 
 }  // namespace

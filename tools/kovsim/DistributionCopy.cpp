@@ -134,4 +134,13 @@ KOVSimDrawerID DistributionCopy::Copy(KOVSimPersistentDrawerDesc const& drawer) 
     return made;
 }
 
+KOVSimDrawerID DistributionCopy::MakeEmpty(KOVSimPersistentDrawerDesc const& drawer) {
+    std::vector<KOVSimCSet> mapped;
+    for (std::size_t i = 0; i < m_dimensions.size(); ++i) {
+        KOVSimCSet const part = m_dimensions[i]->Part(drawer.compartment.CSet(static_cast<int>(i)));
+        mapped.push_back(m_dimensions[i]->Map(part, m_targets[i]));
+    }
+    return Make(drawer, mapped);
+}
+
 }  // namespace kov::tool

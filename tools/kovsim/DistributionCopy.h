@@ -33,6 +33,8 @@ class DistributionCopy {
     /// Copies one drawer, and gives that in the copy; null if nothing of it goes there. In a
     /// transaction.
     KOVSimDrawerID Copy(KOVSimPersistentDrawerDesc const& drawer);
+    /// The same for a drawer of which nothing goes there: gives one without entries.
+    KOVSimDrawerID MakeEmpty(KOVSimPersistentDrawerDesc const& drawer);
 
   private:
     KOVSimDrawerID Make(KOVSimPersistentDrawerDesc const& drawer,

@@ -7,8 +7,8 @@
 // renumbered. What had something in a cut collection and keeps nothing of it is lost: a set, a
 // dataset, a distribution, a drawer, and those records that mean nothing without it (a region, an
 // instance, its orientations, labels, a field and so on; Falls() in DocumentCopyFate.cpp has the
-// list). Links to lost objects are left out, and the collections in which lost records are members
-// close up.
+// list). A table field with defaults has a value for every element, and stays. Links to lost
+// objects are left out, and the collections in which lost records are members close up.
 //
 // Objects that no link leads to are not copied; of associations those that the schema names are.
 // Records of mappers, and the degrees of freedom of a mesh, tell about one mesh as a whole and are
@@ -79,6 +79,8 @@ class DocumentCopy {
     Fate FateOfOrientation(KOVSimPosition const& source);
     Fate FateOfRecord(KOVSimPosition const& source);
     Kind KindOf(KOVSimPosition const& source);
+    /// True for the values of a table field whose defaults hold for all other elements.
+    bool StandsBesideDefaults(KOVSimDistribution const& distribution) const;
 
     void Adopt(KOVSimPosition const& source, KOVSimPosition const& target);
     void AdoptBulk(KOVSimPosition const& source, KOVSimPosition const& target);

@@ -10,6 +10,7 @@
 #include "KOVSimSet.h"
 #include "KOVSimVector.h"
 #include "Names.h"
+#include "TableField.h"
 
 namespace kov::tool {
 namespace {
@@ -107,7 +108,16 @@ DocumentCopy::Fate DocumentCopy::FateOfDistribution(KOVSimDistribution const& di
     for (KOVSimPersistentDrawerDesc const& drawer : drawers) {
         if (!PartOfDrawer(drawer, dimensions).empty()) return Fate::Kept;
     }
-    return Fate::Lost;
+    return StandsBesideDefaults(distribution) ? Fate::Untouched : Fate::Lost;
+}
+
+bool DocumentCopy::StandsBesideDefaults(KOVSimDistribution const& distribution) const {
+    KOVSimSet const fields =
+        KOVSimPosition(distribution.ID()).ReferrersSet(schema::FieldFTable_distribution());
+    for (auto at = fields.Begin(); at.NotDone(); ++at) {
+        if (HasDefaults(*at)) return true;
+    }
+    return false;
 }
 
 DocumentCopy::Fate DocumentCopy::FateOfDrawer(KOVSimPosition const& source) {

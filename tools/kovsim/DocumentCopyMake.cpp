@@ -302,10 +302,15 @@ void DocumentCopy::CopyDrawers(KOVSimDistribution const& from, KOVSimDistributio
         KOVSimCollectionID const entries = from.Range().Collection();
         DistributionCopy copy(from, to, dimensions,
                               entries.IsNull() ? identity : RenumberingOf(entries), m_block);
+        bool any = false;
         for (KOVSimPersistentDrawerDesc const& drawer : drawers) {
             KOVSimDrawerID const made = copy.Copy(drawer);
-            if (!made.IsNull()) Pair(drawer.drawerID, made);
+            if (made.IsNull()) continue;
+            Pair(drawer.drawerID, made);
+            any = true;
         }
+        // A table field is read through its first drawer, also where its defaults are all it has.
+        if (!any && StandsBesideDefaults(from)) copy.MakeEmpty(drawers.ConstGet(0));
     }
     if (m_progress) {
         for (KOVSimPersistentDrawerDesc const& drawer : drawers) {

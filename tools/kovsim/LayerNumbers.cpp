@@ -8,10 +8,10 @@
 #include "DocumentReader.h"
 #include "Interrupt.h"
 #include "KOVObjMeshedField.h"
-#include "KOVSimDataRecord.h"
 #include "KOVSimFTable.h"
 #include "KOVSimSchema.h"
 #include "KOVSimTransfer.h"
+#include "TableField.h"
 
 namespace kov::tool {
 namespace {
@@ -90,14 +90,9 @@ NumbersByElement ShellField::Layer(int layer) const {
 
 NumbersByElement TableFieldNumbers(KOVSimPosition const& field,
                                    KOVSimCollectionID const& elements) {
-    constexpr int kHasDefaultField = 0;
     double fill = kNone;
-    KOVSimFTableID const tableID = field.GetPosition(schema::FieldFTable_table()).GetFTable();
-    int hasDefault = 1;
-    field.GetDataRecord().GetInt(kHasDefaultField, hasDefault);
-    if (!tableID.IsNull() && hasDefault != 0) {
-        KOVSimFTable const table(tableID);
-        if (table.RowCount() > 0 && table.ColumnCount() > 0) table.GetData(&fill, 1);
+    if (HasDefaults(field)) {
+        KOVSimFTable(field.GetPosition(schema::FieldFTable_table()).GetFTable()).GetData(&fill, 1);
     }
     KOVSimDistributionID const id =
         field.GetPosition(schema::FieldFTable_distribution()).GetDistribution();

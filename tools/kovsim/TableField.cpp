@@ -93,6 +93,15 @@ void SetDefaults(TableField const& field, std::string const& words, bool hasDefa
     field.field.SetPosition(schema::FieldFTable_table(), KOVSimPosition(table));
 }
 
+bool HasDefaults(KOVSimPosition const& field) {
+    int hasDefault = 1;
+    field.GetDataRecord().GetInt(kDefaultField, hasDefault);
+    KOVSimFTableID const id = field.GetPosition(schema::FieldFTable_table()).GetFTable();
+    if (hasDefault == 0 || id.IsNull()) return false;
+    KOVSimFTable const table(id);
+    return table.RowCount() > 0 && table.ColumnCount() > 0;
+}
+
 void WriteRows(TableField const& field, KOVSimCSet const& elements, int columns,
                double const* rows) {
     KOVSimDistribution const values(field.values);

@@ -34,6 +34,10 @@ TableField MakeTableField(KOVObjDocument const& document, int columns);
 void SetDefaults(TableField const& field, std::string const& words, bool hasDefault,
                  std::vector<double> const& defaults);
 
+/// True if a table field has a value for elements without one of their own. A record that does not
+/// say so has one where there is a table.
+bool HasDefaults(KOVSimPosition const& field);
+
 /// The words of a table, each as often as it has numbers.
 std::vector<std::string> ColumnWords(std::string const& words);
 
