@@ -9,6 +9,7 @@
 #include "DistributionFixture.h"
 #include "Distributions.h"
 #include "Failure.h"
+#include "LayerShares.h"
 
 namespace kov::test {
 namespace {
@@ -227,6 +228,46 @@ TEST_P(DistributionUse, WorksInBlocks) {
     CommitAndReopen();
     for (double& value : values) value *= 2;
     EXPECT_EQ(ReadByElement(Document(), Again(field)), values);
+}
+
+TEST_P(DistributionUse, FieldsOfSharesAreMadeInTheOrderOfTheLayers) {
+    NamedDistribution& second = Make(Range(0, 10), Numbers(10, 1.0));
+    NamedDistribution& first = Make(Range(0, 20), Numbers(20, 1.0));
+    tool::SectionTable table;
+    std::vector<tool::NamedSet> sets(2);
+    double const thicknesses[] = {3, 1, 3};
+    for (NamedDistribution* const thickness : {&first, &second}) {
+        std::size_t const number = table.sections.size();
+        sets[number].stored = model->ElementCollection().CreateCSetStrided(0, 5, 1, 1);
+        tool::SectionEntry& section = table.sections.emplace_back();
+        section.composite = true;
+        section.set = &sets[number];
+        section.thicknessName =
+            table.thicknessNames.Number(*instance, Name(thickness->name), {0, 1});
+        table.thicknessNames.All().back().distribution = thickness;
+        section.firstLayer = table.NextLayer();
+        section.layerLines = 3;
+        for (double const each : thicknesses) {
+            tool::LayerEntry layer;
+            layer.SetThickness(each);
+            table.AddLayer(layer);
+        }
+    }
+    tool::Distributions used = Used();
+    tool::LayerShares shares;
+    shares.Make(table, *model, used);
+    std::vector<KOVSimPosition> fields;
+    for (tool::SectionEntry const& section : table.sections) {
+        for (int layer = 0; layer < 3; ++layer) {
+            fields.push_back(shares.Field(table, section, layer, 7));
+        }
+    }
+    EXPECT_EQ(fields[0].ID(), fields[2].ID());
+    EXPECT_LT(fields[0].ID().data.minor, fields[1].ID().data.minor);
+    EXPECT_LT(fields[1].ID().data.minor, fields[3].ID().data.minor);
+    EXPECT_LT(fields[3].ID().data.minor, fields[4].ID().data.minor);
+    transaction->Commit();
+    transaction = nullptr;
 }
 
 }  // namespace

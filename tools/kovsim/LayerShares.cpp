@@ -37,6 +37,11 @@ double ThicknessOfLines(SectionTable const& table, SectionEntry const& section) 
 
 void LayerShares::Make(SectionTable const& table, ModelWriter& model,
                        Distributions& distributions) {
+    struct Group {
+        Key key;
+        std::vector<SectionEntry const*> sections;
+    };
+    std::vector<Group> groups;
     for (SectionEntry const& section : table.sections) {
         if (!HasShares(section)) continue;
         double const whole = ThicknessOfLines(table, section);
@@ -49,22 +54,26 @@ void LayerShares::Make(SectionTable const& table, ModelWriter& model,
                                  "the thicknesses of the layers differ beyond the range of "
                                  "numbers; expected shares of one thickness");
             }
-            std::vector<SectionEntry const*>& sections = m_groups[{distribution, share}].sections;
+            Key const key{distribution, share};
+            auto const [at, isNew] = m_numbers.try_emplace(key, groups.size());
+            if (isNew) groups.push_back({key, {}});
+            std::vector<SectionEntry const*>& sections = groups[at->second].sections;
             if (sections.empty() || sections.back() != &section) sections.push_back(&section);
         }
     }
-    for (auto& [key, group] : m_groups) {
+    for (Group const& group : groups) {
         ThrowIfInterrupted();
-        group.field = distributions.ScaledField(
-            *key.distribution, key.share, ElementsOf(group.sections, model.ElementCollection()));
-        group.sections = {};
+        m_fields.push_back(
+            distributions.ScaledField(*group.key.distribution, group.key.share,
+                                      ElementsOf(group.sections, model.ElementCollection())));
     }
 }
 
 KOVSimPosition LayerShares::Field(SectionTable const& table, SectionEntry const& section, int layer,
                                   double whole) const {
     double const share = table.Layer(section, layer).Thickness() / whole;
-    return m_groups.at({table.thicknessNames[section.thicknessName].distribution, share}).field;
+    return m_fields[m_numbers.at(
+        {table.thicknessNames[section.thicknessName].distribution, share})];
 }
 
 }  // namespace kov::tool

@@ -6,6 +6,7 @@
 #pragma once
 
 #include <compare>
+#include <cstddef>
 #include <map>
 #include <vector>
 
@@ -36,12 +37,9 @@ class LayerShares {
         double share;
         friend auto operator<=>(Key const&, Key const&) = default;
     };
-    struct Group {
-        std::vector<SectionEntry const*> sections;
-        KOVSimPosition field;
-    };
 
-    std::map<Key, Group> m_groups;
+    std::map<Key, std::size_t> m_numbers;  ///< in the order in which the deck asks for them
+    std::vector<KOVSimPosition> m_fields;  ///< by number
 };
 
 }  // namespace kov::tool
