@@ -1,14 +1,14 @@
 #include "SectionCoverage.h"
 
 #include <algorithm>
-#include <utility>
+#include <vector>
 
 #include "DocumentReader.h"
 #include "ElementTypes.h"
 #include "Interrupt.h"
+#include "KOVSimCSetIterator.h"
 #include "KOVSimSchema.h"
 #include "KOVSimTransfer.h"
-#include "KOVSrvSectionServices.h"
 #include "Names.h"
 
 namespace kov::tool {
@@ -91,6 +91,25 @@ class FirstMaterials {
     std::vector<int> m_materials;
 };
 
+KOVSimCSet Range(KOVSimCollection const& collection, int count) {
+    if (count == 0) return KOVSimCSet(collection.ID());
+    return collection.CreateVolatileCSetStrided(0, count, 1, 1);
+}
+
+// `members` ascend.
+KOVSimCSet SetOf(KOVSimCollection const& collection, std::vector<int> const& members) {
+    if (members.empty()) return KOVSimCSet(collection.ID());
+    return collection.CreateVolatileCSet(members.data(), static_cast<int>(members.size()), false);
+}
+
+KOVSimCSet MarkedIn(KOVSimCollection const& collection, std::vector<bool> const& marks) {
+    std::vector<int> members;
+    for (std::size_t i = 0; i < marks.size(); ++i) {
+        if (marks[i]) members.push_back(static_cast<int>(i));
+    }
+    return SetOf(collection, members);
+}
+
 bool AllNeedNone(std::vector<TypedElements> const& elements) {
     return std::none_of(elements.begin(), elements.end(),
                         [](TypedElements const& each) { return each.needsSection; });
@@ -104,24 +123,19 @@ bool SectionCoverage::IsComplete() const {
 
 SectionCoverage ReadSectionCoverage(KOVObjDocument const& document) {
     SectionCoverage coverage;
-    // The services want each assignment to be complete.
     std::vector<SectionUse> const uses = AllUses(document);
-    KOVSimCollection elements = CollectionAt(KOVObjMesh(document.GetMesh()).GetElementCollection());
+    KOVSimCollection const elements =
+        CollectionAt(KOVObjMesh(document.GetMesh()).GetElementCollection());
     if (!elements.IsPresent()) return coverage;
-    KOVSimCSet const all(elements.CreateTempCSetStrided(0, elements.Space(), 1, 1));
-    std::map<KOVSimDynamicID, KOVSimCSet, Before> governed;
-    KOVSimCSet uncovered(elements.ID());
-    for (auto const& [key, assignment] : KOVSrvSectionServices::GetSectionAssignments(all.Pos())) {
-        if (assignment.IsNull()) {
-            uncovered = key.CSet();
-        } else {
-            governed.emplace(assignment.ID(), key.CSet());
-        }
-    }
+    int const space = elements.Space();
+    // A bit for each element: with sets of what is left, many assignments would cost the square of
+    // their number.
+    std::vector<bool> taken(static_cast<std::size_t>(space));
+    std::vector<bool> several(taken.size());
+    std::vector<int> lost;
     ObjectNames names;
     FirstMaterials const firstMaterials(document);
     std::map<KOVSimDynamicID, SectionContent, Before> contents;
-    KOVSimCSet several(elements.ID());
     coverage.assignments.reserve(uses.size());
     for (SectionUse const& use : uses) {
         if (coverage.assignments.size() % 1000 == 0) ThrowIfInterrupted();
@@ -138,19 +152,24 @@ SectionCoverage ReadSectionCoverage(KOVObjDocument const& document) {
         made.elementSet = SetName(use);
         KOVSimCSet const region(use.elements);
         made.size = region.Size();
-        made.governed = made.lost = KOVSimCSet(elements.ID());
-        // An assignment that stands in the vector twice governs nothing the second time.
-        if (auto const at = governed.find(use.assignment.ID()); at != governed.end()) {
-            made.governed = at->second;
-            governed.erase(at);
+        lost.clear();
+        KOVSimCSet const within = region.Intersection(Range(elements, space));
+        KOVSimCSetIterator at(within);
+        for (at.First(); !at.IsDone(); at.Next()) {
+            auto const element = static_cast<std::size_t>(at.CurrentValue());
+            if (taken[element]) {
+                several[element] = true;
+                lost.push_back(at.CurrentValue());
+            }
+            taken[element] = true;
         }
-        if (made.governed.Size() == made.size) continue;
-        made.lost = region - made.governed;
-        several = several.Union(made.lost);
+        made.lost = SetOf(elements, lost);
+        made.governed = within - made.lost;
     }
     std::vector<ElementGroup> const groups = ElementGroups(document);
-    coverage.uncovered = ByType(groups, uncovered);
-    coverage.inSeveral = ByType(groups, several);
+    coverage.inSeveral = ByType(groups, MarkedIn(elements, several));
+    taken.flip();
+    coverage.uncovered = ByType(groups, MarkedIn(elements, taken));
     return coverage;
 }
 
