@@ -16,16 +16,12 @@
 #include "NamedObjects.h"
 #include "Names.h"
 #include "Nearest.h"
+#include "SectionFields.h"
 
 namespace kov::tool {
 namespace {
 
 using Variation = LayerNumber::Variation;
-
-// Of the layers of solids.
-constexpr int kThicknessField = 0;
-constexpr int kSectionPointsField = 1;
-constexpr int kAngleField = 2;
 
 KOVSimCSet ElementsOf(std::vector<SectionUse> const& uses, KOVSimCollectionID const& elements) {
     KOVSimCSet all(elements);
@@ -248,18 +244,18 @@ void LayupReader::ReadSolid(Layup& layup, LayerSources& sources, KOVSimPosition 
     for (KOVSimVectoriterator at = layers.Begin(); at.NotDone(); ++at) {
         KOVSimPosition const record = *at;
         Layer& layer = layup.layers.emplace_back();
-        layer.thickness = OfSolid(record, kThicknessField, schema::Layer_thicknessField(),
+        layer.thickness = OfSolid(record, kLayerThickness, schema::Layer_thicknessField(),
                                   sources.thickness.emplace_back(), m_elements);
-        layer.angle = OfSolid(record, kAngleField, schema::Layer_angleField(),
+        layer.angle = OfSolid(record, kLayerAngle, schema::Layer_angleField(),
                               sources.angle.emplace_back(), m_elements);
         layer.material = m_names.Of(record.GetPosition(schema::Layer_material()),
                                     schema::MaterialLib_materials());
         layer.orientation = m_names.Of(record.GetPosition(schema::Layer_orientation()),
                                        schema::Model_orientationsByName());
         layer.ply = m_names.Of(record.GetPosition(schema::Layer_ply()), schema::Model_plies());
-        if (record.GetDataRecord().FieldKind(kSectionPointsField) == 'i') {
+        if (record.GetDataRecord().FieldKind(kLayerPoints) == 'i') {
             int points = 0;
-            record.GetDataRecord().GetInt(kSectionPointsField, points);
+            record.GetDataRecord().GetInt(kLayerPoints, points);
             layer.sectionPoints = points;
         }
     }

@@ -7,16 +7,11 @@
 #include "KOVSimSet.h"
 #include "KOVSimVector.h"
 #include "Names.h"
+#include "SectionFields.h"
 
 namespace kov::tool {
 namespace {
 
-constexpr int kLayerCountField = 0;
-constexpr int kOffsetField = 1;
-constexpr int kIntegrationField = 2;
-constexpr int kTextField = 3;
-constexpr int kStackDirectionField = 7;
-constexpr int kCompositeField = 9;
 constexpr int kGauss = 1;
 
 SectionKind KindOf(KOVSimPosition const& section) {
@@ -59,24 +54,24 @@ SectionContent ReadSection(KOVSimPosition const& section, ObjectNames& names) {
     KOVSimDataRecord const record = section.GetDataRecord();
     read.kind = KindOf(section);
     if (read.kind == SectionKind::Shell) {
-        record.GetInt(kLayerCountField, read.layers);
+        record.GetInt(kSectionLayers, read.layers);
         read.composite = read.layers > 1;
         int symbol = read.composite ? 1 : 0;
-        record.GetSymb(kCompositeField, symbol);
+        record.GetSymb(kSectionComposite, symbol);
         read.composite = symbol == 1;
-        record.GetDouble(kOffsetField, read.offset);
+        record.GetDouble(kSectionOffset, read.offset);
         int integration = 0;
-        record.GetInt(kIntegrationField, integration);
+        record.GetInt(kSectionIntegration, integration);
         read.gauss = integration == kGauss;
     } else if (read.kind == SectionKind::Solid) {
         read.layers = section.GetVector(schema::Section_layers()).Size();
         read.composite = read.layers > 0;
     }
     if (read.composite) {
-        read.layup = Plain(record.ReturnString(kTextField));
-        record.GetInt(kStackDirectionField, read.stackDirection);
+        read.layup = Plain(record.ReturnString(kSectionName));
+        record.GetInt(kSectionStackDirection, read.stackDirection);
     } else if (read.kind == SectionKind::Beam) {
-        read.profile = Plain(record.ReturnString(kTextField));
+        read.profile = Plain(record.ReturnString(kSectionName));
     }
     read.material =
         names.Of(section.GetPosition(schema::Section_material()), schema::MaterialLib_materials());
