@@ -235,7 +235,7 @@ TEST_P(SectionErrors, AreToldAtTheirLine) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Decks, SectionErrors, ::testing::ValuesIn(kCases),
-                         [](auto const& info) { return std::string(info.param.name); });
+                         [](auto const& each) { return std::string(each.param.name); });
 
 // ---- decks of several files and scopes ----
 
