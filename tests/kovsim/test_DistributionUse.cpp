@@ -212,6 +212,17 @@ TEST_P(DistributionUse, AScaledFieldOfNoElementsIsItsDefault) {
     EXPECT_EQ(Stored(field), (StoredField{{}, {0}, 0, "LENGTH", {"LENGTH"}}));
 }
 
+TEST_P(DistributionUse, SharesThatVanishAreFound) {
+    NamedDistribution& distribution = Make(Set({3, 5, 8}), {1, 1e-300, 2});
+    EXPECT_EQ(Used().Vanishing(distribution, Set({3, 5, 8}), 1e-20), "");
+    EXPECT_EQ(Used().Vanishing(distribution, Set({3, 5, 8}), 1e-30), "element 6 of instance 'I'");
+    EXPECT_EQ(Used().Vanishing(distribution, Set({3, 8}), 1e-30), "");
+    Default(distribution, 1e-301);
+    EXPECT_EQ(Used().Vanishing(distribution, Set({3, 8}), 1e-30), "");
+    EXPECT_EQ(Used().Vanishing(distribution, Set({3, 4, 8}), 1e-30), "element 5 of instance 'I'");
+    EXPECT_EQ(Used().Vanishing(distribution, Set({}), 1e-30), "");
+}
+
 TEST_P(DistributionUse, WorksInBlocks) {
     int const elements = 2 * tool::RowsInBlock(1) + 7;
     AddElements(elements - 1000);

@@ -123,6 +123,27 @@ void Distributions::CheckCovers(NamedDistribution const& distribution, KOVSimCSe
               });
 }
 
+std::string Distributions::Vanishing(NamedDistribution const& distribution,
+                                     KOVSimCSet const& elements, double factor) const {
+    bool const values = !distribution.elements.IsEmpty() && !(distribution.lowest * factor > 0);
+    bool const rest = distribution.HasDefault() && !(distribution.defaults.front() * factor > 0);
+    KOVSimCSet const others = rest ? elements - distribution.elements : KOVSimCSet();
+    if (!others.IsEmpty()) return Element(Lowest(others));
+    if (!values) return "";
+    std::string found;
+    std::vector<double> numbers;
+    ForBlocks(elements.Intersection(distribution.elements), m_model.ElementCollection(),
+              [&](KOVSimCSet const& block) {
+                  numbers.resize(static_cast<std::size_t>(block.Size()));
+                  ReadRows(distribution, block, numbers.data());
+                  for (int i = 0; i < block.Size() && found.empty(); ++i) {
+                      double const number = numbers[static_cast<std::size_t>(i)];
+                      if (!(number * factor > 0)) found = Element(block[i]);
+                  }
+              });
+    return found;
+}
+
 KOVSimPosition Distributions::ScaledField(NamedDistribution const& distribution, double factor,
                                           KOVSimCSet const& elements) {
     TableField const made = MakeTableField(m_model.Document(), 1);

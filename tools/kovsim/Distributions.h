@@ -39,6 +39,12 @@ class Distributions {
                      std::string const& purpose, std::string const& path, int line,
                      bool positive) const;
 
+    /// The first of `elements`, as messages name it, of which `factor` times the value is 0, being
+    /// too small for a number; empty if there is none. The values are above 0, as CheckCovers
+    /// finds.
+    std::string Vanishing(NamedDistribution const& distribution, KOVSimCSet const& elements,
+                          double factor) const;
+
     /// A new table field without a name: `factor` times the values of `elements`, and times the
     /// default. The distribution gives one number. The numbers have to stay finite.
     KOVSimPosition ScaledField(NamedDistribution const& distribution, double factor,

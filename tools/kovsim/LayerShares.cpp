@@ -1,6 +1,7 @@
 #include "LayerShares.h"
 
-#include <cmath>
+#include <algorithm>
+#include <string>
 
 #include "Interrupt.h"
 #include "KOVSimCSet.h"
@@ -47,6 +48,7 @@ void LayerShares::Make(SectionTable const& table, ModelWriter& model,
         double const whole = ThicknessOfLines(table, section);
         NamedDistribution const* const distribution =
             table.thicknessNames[section.thicknessName].distribution;
+        double least = 1;
         for (int line = 0; line < section.layerLines; ++line) {
             double const share = table.Layer(section, line).Thickness() / whole;
             if (!(share > 0)) {
@@ -54,11 +56,19 @@ void LayerShares::Make(SectionTable const& table, ModelWriter& model,
                                  "the thicknesses of the layers differ beyond the range of "
                                  "numbers; expected shares of one thickness");
             }
+            least = std::min(least, share);
             Key const key{distribution, share};
             auto const [at, isNew] = m_numbers.try_emplace(key, groups.size());
             if (isNew) groups.push_back({key, {}});
             std::vector<SectionEntry const*>& sections = groups[at->second].sections;
             if (sections.empty() || sections.back() != &section) sections.push_back(&section);
+        }
+        std::string const element =
+            distributions.Vanishing(*distribution, KOVSimCSet(section.set->stored), least);
+        if (!element.empty()) {
+            table.files.Fail(section.at, "the thinnest layer of " + element +
+                                             " is too thin for a number; expected a thickness of "
+                                             "each layer above 0");
         }
     }
     for (Group const& group : groups) {

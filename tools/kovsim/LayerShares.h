@@ -22,8 +22,8 @@ double ThicknessOfLines(SectionTable const& table, SectionEntry const& section);
 class LayerShares {
   public:
     /// Makes the fields of all sections of the table, whose sets are in the document; in the
-    /// transaction of the model. Throws a DeckError at a section whose shares are no numbers above
-    /// 0.
+    /// transaction of the model. Throws a DeckError at a section where a share, or what a layer
+    /// gets of it on some element, is no number above 0.
     void Make(SectionTable const& table, ModelWriter& model, Distributions& distributions);
 
     /// The field of a layer of a section that has a distribution of its thickness. `whole`: that of
