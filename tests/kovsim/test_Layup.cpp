@@ -536,6 +536,39 @@ TEST_F(Layup, WithoutAnyLayerStoresHasLayersOfNothing) {
     EXPECT_NE(Show({}).find("  thickness    not known\n"), std::string::npos);
 }
 
+TEST_F(Layup, BeyondTheRangeOfNumbersHasNoWhole) {
+    Make([](KOVObjDocument const& document) {
+        SectionBuilder made(document);
+        made.model.Space(0, 4);
+        LayerMade half;
+        half.thickness = 1e308;
+        LayerMade unlike;
+        unlike.thicknesses = {{1, 1e308}, {2, 1}};
+        LayerMade thick;
+        thick.thickness = 1e10;
+        LayerMade thin;
+        thin.thickness = 5e-324;
+        made.Assign(made.Shell("Sum", {half, half}), Ints{0});
+        made.Assign(made.Shell("Elements", {unlike, unlike}), Ints{1, 2});
+        KOVSimPosition const shell = made.Shell("Offset", {thick});
+        shell.GetDataRecord().SetDouble(1, 1e308);
+        made.Assign(shell, Ints{3});
+        made.Assign(made.Solid("Solid", {thin}), Ints{});
+        made.Commit();
+    });
+    std::string const text = Show({});
+    for (char const* const word : {"inf", "nan", "from .. to"}) {
+        EXPECT_EQ(text.find(word), std::string::npos) << word << "\n" << text;
+    }
+    JsonValue const all = Json({})["layups"];
+    for (int i : {0, 1}) {
+        EXPECT_TRUE(all[i]["thickness"].IsNull());
+        EXPECT_TRUE(all[i]["thicknessRange"].IsNull());
+    }
+    EXPECT_EQ(all[1]["layers"][0]["thicknessRange"].Numbers(), (std::vector<double>{1, 1e308}));
+    EXPECT_EQ(all[2]["thickness"].number, 1e10);
+}
+
 TEST_F(Layup, LongNamesKeepTheColumns) {
     std::string const name(40, 'M');
     Make([&](KOVObjDocument const& document) {
@@ -668,6 +701,8 @@ TEST_F(Layup, OfRandomLayersIsThatOfThePlainTable) {
         std::vector<int> owner(kElements);
         int const sections = 1 + below(6);
         for (int& each : owner) each = below(sections + 1);
+        // None is without elements: every layer of such a section counts as distributed.
+        for (int s = 0; s < sections; ++s) owner[static_cast<std::size_t>(s)] = s;
         for (int s = 0; s < sections; ++s) {
             Made& made = table.emplace_back();
             made.name = "S-" + std::to_string(s);

@@ -153,7 +153,7 @@ void ReadLayerNumbers(Layup& layup, LayerSources const& sources, KOVSimCSet cons
             for (std::size_t at = 0; at < size; ++at) stack[at] += numbers[at];
         }
         for (double const each : stack) {
-            complete = complete && !std::isnan(each);
+            complete = complete && std::isfinite(each);
             Widen(layup.thicknessRange, each);
         }
     });

@@ -1,5 +1,7 @@
 #include "Layup.h"
 
+#include <cmath>
+
 namespace kov::tool {
 
 std::optional<double> Layup::Thickness() const {
@@ -9,6 +11,7 @@ std::optional<double> Layup::Thickness() const {
         if (!layer.thickness.value) return {};
         sum += *layer.thickness.value;
     }
+    if (!std::isfinite(sum)) return {};
     return sum;
 }
 

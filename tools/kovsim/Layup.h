@@ -55,12 +55,13 @@ struct Layup {
     long elementCount = 0;
     std::optional<Element> element;
     std::vector<Layer> layers;  ///< the bottom layer first
-    /// Least and greatest thickness of the whole stack over the elements, where it varies.
+    /// Least and greatest thickness of the whole stack over the elements, where it varies; nothing
+    /// where it is beyond the range of numbers.
     std::optional<std::pair<double, double>> thicknessRange;
     int stackDirection = 0;  ///< 1 to 3, 4 by the orientation; 0 where it is not given
 
     /// The thickness of the whole stack; nothing where a layer has none or varies by element and
-    /// no element was asked for.
+    /// no element was asked for, and where it is beyond the range of numbers.
     std::optional<double> Thickness() const;
 };
 

@@ -53,6 +53,14 @@ std::string ElementsText(Layup const& layup) {
            CountText(layup.assignments, "assignment");
 }
 
+// The places of the layers in the stack are within the range of numbers.
+bool IsPlaced(Layup const& layup) {
+    std::optional<double> const thickness = layup.Thickness();
+    if (!thickness) return false;
+    if (layup.kind == Layup::Kind::Solid) return *thickness == 0 || std::isfinite(1 / *thickness);
+    return std::isfinite((std::abs(layup.offset) + 0.5) * *thickness);
+}
+
 Columns Header(Layup const& layup) {
     bool const shell = layup.kind == Layup::Kind::Shell;
     Columns header("ll");
@@ -81,7 +89,7 @@ Columns Header(Layup const& layup) {
         return header;
     }
     header.Row({title, Rounded(*thickness, *thickness)});
-    if (shell) {
+    if (shell && IsPlaced(layup)) {
         header.Row({"from", Rounded(-(0.5 + layup.offset) * *thickness, *thickness) +
                                 " (bottom) to " +
                                 Rounded((0.5 - layup.offset) * *thickness, *thickness) +
@@ -100,9 +108,10 @@ std::string LayupText(Layup const& layup) {
                        CountText(static_cast<long>(layup.layers.size()), "layer") + "\n";
     text += Header(layup).Text("  ");
     std::optional<double> const thickness = layup.Thickness();
+    bool const placed = IsPlaced(layup);
     Columns columns("rlllrrrl");
     columns.Row({"layer", "ply", "material", "orientation", "points", shell ? "thickness" : "share",
-                 "angle", thickness ? "from .. to" : ""});
+                 "angle", placed ? "from .. to" : ""});
     // Of shells from the reference surface, of solids in parts of the whole.
     double const scale = shell || thickness.value_or(0) == 0 ? 1 : 1 / *thickness;
     double const whole = thickness.value_or(0) * scale;
@@ -111,7 +120,7 @@ std::string LayupText(Layup const& layup) {
     int number = 0;
     for (Layer const& layer : layup.layers) {
         std::string place;
-        if (thickness) {
+        if (placed) {
             place = Rounded(bottom + height, whole);
             height += *layer.thickness.value * scale;
             place += " .. " + Rounded(bottom + height, whole);
