@@ -1,7 +1,7 @@
 // *MATERIAL, NAME=name
 //
-// Materials belong to the whole model, wherever their keyword stands. What follows them are
-// keywords of their own.
+// Materials belong to the whole model, wherever their keyword stands. Their behaviours are keywords
+// of their own, which follow.
 
 #include "Keywords.h"
 #include "Names.h"
@@ -14,7 +14,8 @@ void ReadMaterial(Translation& translation, DeckReader& reader, KeywordLine cons
     parameters.PassOver(translation, {"rtol", "srate factor"});
     SectionTable& table = translation.Sections();
     DeckLine const here = table.files.At(reader.Path(), line.line);
-    NamedMaterial& material = table.materials[table.materials.Mention(name, here)];
+    int const number = table.materials.Mention(name, here);
+    NamedMaterial& material = table.materials[number];
     // A part is read once for each of its instances.
     bool const again = translation.IsRepeated() && material.defined == here;
     if (material.defined.line != 0 && !again) {
@@ -23,6 +24,7 @@ void ReadMaterial(Translation& translation, DeckReader& reader, KeywordLine cons
                           table.files.Shown(material.defined, here) + "; expected each name once");
     }
     material.defined = here;
+    translation.Material() = {number, again};
     RefuseData(reader, line);
 }
 

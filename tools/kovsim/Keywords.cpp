@@ -15,13 +15,21 @@ void Call(KOVString const&, KOVSrvKeywordParser::Parameters const&, KOVSrvKeywor
     Handler(call.translation, call.reader, *call.line);
 }
 
+// One of the BehaviorKinds().
+template <std::size_t Kind>
+void CallBehavior(KOVString const&, KOVSrvKeywordParser::Parameters const&, KOVSrvKeywordParser&,
+                  void* userData) {
+    auto const& call = *static_cast<KeywordCall const*>(userData);
+    ReadBehavior(call.translation, call.reader, *call.line, BehaviorKinds()[Kind]);
+}
+
 constexpr KeywordEntry kKeywords[] = {
     {"heading", &Call<ReadHeading>},
     {"node", &Call<ReadNodes>},
     {"element", &Call<ReadElements>},
     {"nset", &Call<ReadNodeSet>},
     {"elset", &Call<ReadElementSet>},
-    {"include", &Call<ReadInclude>},
+    {"include", &Call<ReadInclude>, true},
     {"surface", &Call<ReadSurface>},
     {"orientation", &Call<ReadOrientation>},
     {"part", &Call<ReadPart>},
@@ -32,7 +40,14 @@ constexpr KeywordEntry kKeywords[] = {
     {"endinstance", &Call<ReadEndInstance>},
     {"distributiontable", &Call<ReadDistributionTable>},
     {"distribution", &Call<ReadDistribution>},
-    {"material", &Call<ReadMaterial>},
+    {"material", &Call<ReadMaterial>, true},
+    {"elastic", &CallBehavior<0>, true},
+    {"plastic", &CallBehavior<1>, true},
+    {"density", &CallBehavior<2>, true},
+    {"expansion", &CallBehavior<3>, true},
+    {"conductivity", &CallBehavior<4>, true},
+    {"specificheat", &CallBehavior<5>, true},
+    {"damping", &CallBehavior<6>, true},
     {"shellsection", &Call<ReadShellSection>},
     {"solidsection", &Call<ReadSolidSection>},
     {"membranesection", &Call<ReadMembraneSection>},
@@ -69,19 +84,25 @@ std::string UpperCase(std::string text) {
     return text;
 }
 
+bool KeepsMaterial(KOVSrvKeywordCallback callback) {
+    return std::any_of(std::begin(kKeywords), std::end(kKeywords), [callback](auto const& entry) {
+        return entry.callback == callback && entry.keepsMaterial;
+    });
+}
+
 std::string ShownKeyword(KeywordLine const& line) {
     std::string shown = UpperCase(Shown(View(line.keyword)));
     // Blanks are no part of a keyword, but users write one here.
     for (char const* const words :
          {"END PART", "END ASSEMBLY", "END INSTANCE", "DISTRIBUTION TABLE", "SHELL SECTION",
-          "SOLID SECTION", "MEMBRANE SECTION", "BEAM SECTION"}) {
+          "SOLID SECTION", "MEMBRANE SECTION", "BEAM SECTION", "SPECIFIC HEAT"}) {
         if (shown == Joined(words)) return std::string("*") + words;
     }
     return "*" + shown;
 }
 
 KeywordParameters::KeywordParameters(DeckReader const& reader, KeywordLine const& line,
-                                     std::initializer_list<char const*> keys)
+                                     std::span<char const* const> keys)
     : m_reader(reader), m_line(line) {
     std::vector<std::string> joined;
     for (char const* const key : keys) joined.push_back(Joined(key));

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "DeckReader.h"
+#include "MaterialBehaviors.h"
 #include "References.h"
 #include "Translation.h"
 
@@ -19,8 +20,11 @@ using KeywordHandler = void (*)(Translation&, DeckReader&, KeywordLine const&);
 struct KeywordEntry {
     char const* name;  ///< lower case, without blanks
     KOVSrvKeywordCallback callback;
+    bool keepsMaterial = false;  ///< behind it a material's behaviours may still follow
 };
 std::span<KeywordEntry const> KeywordTable();
+/// Whether behaviours of the material before it may follow the keyword of that callback.
+bool KeepsMaterial(KOVSrvKeywordCallback callback);
 
 /// Stand for keywords without a class of their own, and for those that fit several; never called.
 void UnknownKeyword(KOVString const&, KOVSrvKeywordParser::Parameters const&, KOVSrvKeywordParser&,
@@ -43,7 +47,10 @@ class KeywordParameters {
     /// `keys`: allowed names in lower case; blanks in them are shown in messages, and have no
     /// meaning.
     KeywordParameters(DeckReader const& reader, KeywordLine const& line,
-                      std::initializer_list<char const*> keys);
+                      std::initializer_list<char const*> keys)
+        : KeywordParameters(reader, line, std::span(keys.begin(), keys.size())) {}
+    KeywordParameters(DeckReader const& reader, KeywordLine const& line,
+                      std::span<char const* const> keys);
 
     bool Has(char const* key) const { return Find(key) != nullptr; }
     /// The value without its quotes; empty if the parameter is absent. With the parameter there, a
@@ -91,6 +98,8 @@ void ReadMaterial(Translation& translation, DeckReader& reader, KeywordLine cons
 void ReadShellSection(Translation& translation, DeckReader& reader, KeywordLine const& line);
 void ReadSolidSection(Translation& translation, DeckReader& reader, KeywordLine const& line);
 void ReadMembraneSection(Translation& translation, DeckReader& reader, KeywordLine const& line);
+void ReadBehavior(Translation& translation, DeckReader& reader, KeywordLine const& line,
+                  BehaviorKind const& kind);
 void ReadBeamSection(Translation& translation, DeckReader& reader, KeywordLine const& line);
 void ReadPart(Translation& translation, DeckReader& reader, KeywordLine const& line);
 void ReadEndPart(Translation& translation, DeckReader& reader, KeywordLine const& line);

@@ -39,6 +39,7 @@ class ModelWriter {
     static constexpr int kBlock = 100'000;
 
     ModelWriter(KOVObjDocument const& document, KOVSimTransaction& transaction);
+    KOVSimTransaction& Transaction() { return m_transaction; }
 
     /// Adds a node and gives its ordinal. `xyz`: 3 numbers, in the model's length unit.
     int AddNode(double const* xyz) {

@@ -26,7 +26,7 @@ int MaterialTable::Mention(std::string_view name, DeckLine const& at) {
     if (m_last != kNone && name == m_lastName) return m_last;
     auto const [found, isNew] =
         m_byName.try_emplace(LowerCase(name), static_cast<int>(m_all.size()));
-    if (isNew) m_all.push_back({std::string(name), at, {}});
+    if (isNew) m_all.push_back({std::string(name), at, {}, {}});
     m_lastName = name;
     m_last = found->second;
     return m_last;

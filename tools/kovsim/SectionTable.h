@@ -13,6 +13,7 @@
 #include <utility>
 #include <vector>
 
+#include "MaterialBehaviors.h"
 #include "References.h"
 #include "Scope.h"
 
@@ -44,11 +45,19 @@ class FileNames {
     int m_last = -1;
 };
 
+/// A behaviour of a material, which is in the document already.
+struct NamedBehavior {
+    BehaviorKind const* kind;
+    DeckLine at;  ///< its keyword
+    KOVSimDynamicID record;
+};
+
 /// A material, which belongs to the whole model.
 struct NamedMaterial {
     std::string name;  ///< as it was typed first
     DeckLine first;    ///< where it came first
     DeckLine defined;  ///< its keyword
+    std::vector<NamedBehavior> behaviors;
 };
 
 /// The materials in the order in which they came first, defined or named.

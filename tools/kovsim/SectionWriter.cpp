@@ -78,6 +78,11 @@ void SectionWriter::WriteMaterials() {
         KOVString const name = ToKOVString(material.name);
         position.SetName(name);
         byName.Insert(name, position);
+        if (material.behaviors.empty()) continue;
+        KOVSimMap const behaviors = position.GetMap(schema::Material_behaviors());
+        for (NamedBehavior const& behavior : material.behaviors) {
+            behaviors.Insert(KOVString(behavior.kind->name), KOVSimPosition(behavior.record));
+        }
     }
 }
 

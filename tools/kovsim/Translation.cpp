@@ -139,6 +139,7 @@ void Translation::TakeKeyword(DeckReader& reader) {
         KeywordCall call{*this, reader, &keyword};
         callback(keyword.keyword, keyword.parameters, reader.Parser(), &call);
     }
+        if (!KeepsMaterial(callback)) m_material = {};
     Breathe(reader);
 }
 

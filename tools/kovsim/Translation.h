@@ -79,6 +79,12 @@ struct Assembly {
 
 class Translation {
   public:
+/// The material to which behaviours belong at this point of the deck.
+struct MaterialAtHand {
+    int number = MaterialTable::kNone;
+    bool again = false;  ///< it is read another time, for a further instance of its part
+};
+
     enum class Pass { First, Second };
 
     /// `document` has the skeleton of a model without nodes and elements; `transaction` is open on
@@ -104,6 +110,7 @@ class Translation {
     SectionTable& Sections() { return m_sections; }
     ElementBlocks& Blocks() { return m_blocks; }
     bool IsStrict() const { return m_options.strict; }
+    MaterialAtHand& Material() { return m_material; }
     /// True while the body of a part is read for an instance that is not its first.
     bool IsRepeated() const { return m_quiet; }
     /// The number of the ply of that name in the current scope; it is new where there is none.
@@ -198,6 +205,7 @@ class Translation {
     SectionTable m_sections;
     LayerShares m_shares;
     ElementBlocks m_blocks;
+    MaterialAtHand m_material;
     std::string m_heading;
     TranslationSummary m_summary;
     std::deque<Deferred> m_deferred;
