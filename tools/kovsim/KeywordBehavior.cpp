@@ -6,12 +6,14 @@
 // may stand between them. The temperature may be left out if all rows leave it out. What the
 // columns are stands in MaterialBehaviors.
 
+#include <algorithm>
 #include <charconv>
+#include <string>
+#include <utility>
 #include <vector>
 
 #include "BehaviorWriter.h"
 #include "DataFields.h"
-#include "KOVSrvKeywordParameterReader.h"
 #include "Keywords.h"
 #include "MaterialBehaviors.h"
 #include "Names.h"

@@ -77,17 +77,17 @@ void AmbiguousKeyword(KOVString const&, KOVSrvKeywordParser::Parameters const&,
 
 std::span<KeywordEntry const> KeywordTable() { return kKeywords; }
 
+bool KeepsMaterial(KOVSrvKeywordCallback callback) {
+    return std::any_of(std::begin(kKeywords), std::end(kKeywords), [callback](auto const& entry) {
+        return entry.callback == callback && entry.keepsMaterial;
+    });
+}
+
 std::string UpperCase(std::string text) {
     for (char& c : text) {
         if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
     }
     return text;
-}
-
-bool KeepsMaterial(KOVSrvKeywordCallback callback) {
-    return std::any_of(std::begin(kKeywords), std::end(kKeywords), [callback](auto const& entry) {
-        return entry.callback == callback && entry.keepsMaterial;
-    });
 }
 
 std::string ShownKeyword(KeywordLine const& line) {

@@ -95,11 +95,11 @@ void ReadOrientation(Translation& translation, DeckReader& reader, KeywordLine c
 void ReadDistributionTable(Translation& translation, DeckReader& reader, KeywordLine const& line);
 void ReadDistribution(Translation& translation, DeckReader& reader, KeywordLine const& line);
 void ReadMaterial(Translation& translation, DeckReader& reader, KeywordLine const& line);
+void ReadBehavior(Translation& translation, DeckReader& reader, KeywordLine const& line,
+                  BehaviorKind const& kind);
 void ReadShellSection(Translation& translation, DeckReader& reader, KeywordLine const& line);
 void ReadSolidSection(Translation& translation, DeckReader& reader, KeywordLine const& line);
 void ReadMembraneSection(Translation& translation, DeckReader& reader, KeywordLine const& line);
-void ReadBehavior(Translation& translation, DeckReader& reader, KeywordLine const& line,
-                  BehaviorKind const& kind);
 void ReadBeamSection(Translation& translation, DeckReader& reader, KeywordLine const& line);
 void ReadPart(Translation& translation, DeckReader& reader, KeywordLine const& line);
 void ReadEndPart(Translation& translation, DeckReader& reader, KeywordLine const& line);

@@ -136,10 +136,10 @@ void Translation::TakeKeyword(DeckReader& reader) {
         reader.FailAt(keyword.line, "keyword " + ShownKeyword(keyword) +
                                         " fits several; expected one written out");
     } else {
+        if (!KeepsMaterial(callback)) m_material = {};
         KeywordCall call{*this, reader, &keyword};
         callback(keyword.keyword, keyword.parameters, reader.Parser(), &call);
     }
-        if (!KeepsMaterial(callback)) m_material = {};
     Breathe(reader);
 }
 

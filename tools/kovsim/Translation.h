@@ -77,14 +77,14 @@ struct Assembly {
     Scope* instance = nullptr;  ///< whose *INSTANCE is open
 };
 
-class Translation {
-  public:
 /// The material to which behaviours belong at this point of the deck.
 struct MaterialAtHand {
     int number = MaterialTable::kNone;
     bool again = false;  ///< it is read another time, for a further instance of its part
 };
 
+class Translation {
+  public:
     enum class Pass { First, Second };
 
     /// `document` has the skeleton of a model without nodes and elements; `transaction` is open on
@@ -108,9 +108,9 @@ struct MaterialAtHand {
     Scopes& AllScopes() { return m_scopes; }
     DeckFiles& Files() { return m_files; }
     SectionTable& Sections() { return m_sections; }
+    MaterialAtHand& Material() { return m_material; }
     ElementBlocks& Blocks() { return m_blocks; }
     bool IsStrict() const { return m_options.strict; }
-    MaterialAtHand& Material() { return m_material; }
     /// True while the body of a part is read for an instance that is not its first.
     bool IsRepeated() const { return m_quiet; }
     /// The number of the ply of that name in the current scope; it is new where there is none.
@@ -203,9 +203,9 @@ struct MaterialAtHand {
     bool m_quiet = false;                ///< what is noted here was noted for another instance
     NodeRepeats m_repeats;
     SectionTable m_sections;
+    MaterialAtHand m_material;
     LayerShares m_shares;
     ElementBlocks m_blocks;
-    MaterialAtHand m_material;
     std::string m_heading;
     TranslationSummary m_summary;
     std::deque<Deferred> m_deferred;
