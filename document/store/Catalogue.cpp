@@ -3,6 +3,7 @@
 #include <sqlite3.h>
 
 #include <cassert>
+#include <cerrno>
 #include <cstring>
 
 #include "document/store/CatalogueVfs.h"
@@ -291,6 +292,11 @@ StatementSlot* Catalogue::Compile(char const* sql) {
     return slot;
 }
 
+void NoRoom::Throw(char const* sourcePath, int line) {
+    SetPlace(sourcePath, line);
+    throw *this;
+}
+
 void Catalogue::Raise(int code, bool writing) const {
     CatalogueFault const fault = TakeCatalogueFault();
     std::string const where = m_document.empty() ? "the document in memory" : m_document;
@@ -309,6 +315,8 @@ void Catalogue::Raise(int code, bool writing) const {
     if (error && ((code & 0xff) == SQLITE_IOERR || (code & 0xff) == SQLITE_CANTOPEN ||
                   (code & 0xff) == SQLITE_FULL)) {
         text += " (" + ErrnoText(error) + ")";
+        if (error == ENOSPC || error == EDQUOT || error == EFBIG)
+            throw NoRoom(text.c_str());
     }
     if ((code & 0xff) == SQLITE_CORRUPT || (code & 0xff) == SQLITE_NOTADB) {
         text = where + ": the catalogue is damaged: " +

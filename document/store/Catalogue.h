@@ -14,6 +14,8 @@
 #include <string_view>
 #include <vector>
 
+#include "KOVSimException.h"
+
 struct sqlite3;
 struct sqlite3_stmt;
 
@@ -21,6 +23,14 @@ namespace kov::store {
 
 class Catalogue;
 struct StatementSlot;
+
+/// Raised where the disk had no room for what SQLite wanted to write; reading asks for some, too,
+/// for the index by which readers and a writer make room for each other.
+class NoRoom : public KOVSimException {
+  public:
+    using KOVSimException::KOVSimException;
+    void Throw(char const* sourcePath, int line) override;
+};
 
 /// A use of a cached prepared statement: bound, stepped, and reset when it goes out of scope. A
 /// statement that is in use already (a nested use of the same text) is compiled anew for the inner

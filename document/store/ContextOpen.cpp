@@ -82,17 +82,24 @@ void Context::OpenForWriting() {
 void Context::OpenForReading() {
     Opened& opened = *m_opened;
     bool const network = IsOnNetwork(opened.folder.path);
+    bool room = true;
     if (!network && MayWrite(opened.folder)) {
         if (!WriterLock::IsWritten(opened.folder.Lock()))
             opened.cutLog = FindCutLog(opened.folder.Log());
-        opened.catalogue.OpenFile(opened.folder.Catalogue(), Catalogue::Mode::Read);
-        opened.catalogue.BeginRead();
-        return;
+        try {
+            opened.catalogue.OpenFile(opened.folder.Catalogue(), Catalogue::Mode::Read);
+            opened.catalogue.BeginRead();
+            return;
+        } catch (NoRoom const&) {
+            opened.catalogue.Close(true);
+            room = false;
+        }
     }
     // Without the files by which readers and a writer make room for each other, nobody may write
     // meanwhile.
-    std::string const why =
-        network ? " is on a network file system" : " cannot be written to by this process";
+    std::string const why = network ? " is on a network file system"
+                            : room  ? " cannot be written to by this process"
+                                    : " is on a disk without room";
     int const error = opened.lock.TryAcquire(opened.folder.Lock(), WriterLock::Kind::Shared);
     if (error == EAGAIN)
         Fail("cannot open " + m_path + ": it" + why + ", and is being written by another");

@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <signal.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -25,7 +26,13 @@ using Access = Context::Access;
 
 // Opens the document of argument 0 as argument 1 says, and answers one command a line.
 KOV_CHILD(Follow) {
-    if (arguments.size() > 2) {
+    std::string const kind = arguments.size() > 2 ? arguments[2] : "";
+    if (kind == "full") {
+        // No file may grow, as on a disk without room.
+        rlimit const none{0, 0};
+        if (::signal(SIGXFSZ, SIG_IGN) == SIG_ERR || ::setrlimit(RLIMIT_FSIZE, &none) != 0)
+            return 97;
+    } else if (!kind.empty()) {
         // Someone else: no right to write what the parent owns.
         if (::setgid(65534) != 0 || ::setuid(65534) != 0) return 96;
     }
@@ -172,6 +179,33 @@ TEST_F(Foreign, WithoutTheRightToWriteACleanDocumentIsRead) {
                 HasSubstr("a reader without the right to write has it open"));
     EXPECT_EQ(Ask(reader, "close"), "closed");
     Context::Open(path, Access::ReadWrite)->Close();
+}
+
+TEST(Processes, OnADiskWithoutRoomACleanDocumentIsRead) {
+    TempFolder folder;
+    std::string const path = folder / "a.ksd";
+    auto const context = Context::Create(path, Script::Fill);
+    Script::Commit(*context, 1);
+    {
+        // Beside a writer, in whose index there is room.
+        Child reader("Follow", {path, "read", "full"});
+        ASSERT_EQ(reader.ReadLine(), "nothing thrown");
+        EXPECT_EQ(Ask(reader, "check"), "1");
+    }
+    context->Close();
+    {
+        Child reader("Follow", {path, "read", "full"});
+        ASSERT_EQ(reader.ReadLine(), "nothing thrown");
+        EXPECT_EQ(Ask(reader, "check"), "1");
+        EXPECT_EQ(Ask(reader, "verify"), "<>");
+        EXPECT_THAT(Thrown([&] { Context::Open(path, Access::ReadWrite); }),
+                    HasSubstr("has it open"));
+    }
+    Context::Open(path, Access::ReadWrite)->Close();
+    EXPECT_FALSE(fs::exists(path + "/catalog.sqlite-wal"));
+    std::ofstream(path + "/catalog.sqlite-wal") << "x";
+    EXPECT_THAT(Child("Follow", {path, "read", "full"}).ReadLine(),
+                HasSubstr("it is on a disk without room, and a log is left"));
 }
 
 TEST_F(Foreign, WithoutTheRightToWriteADocumentThatIsWrittenIsRefused) {
