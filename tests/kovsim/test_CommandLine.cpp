@@ -35,8 +35,9 @@ class CommandLine : public ::testing::Test {
 TEST_F(CommandLine, ExplainsItself) {
     auto const help = work.Run({"--help"});
     EXPECT_EQ(help.status, 0);
-    for (char const* const name : {"translate", "info", "sets", "find", "classes", "verify",
-                                   "compact", "export", "extract", "map", "monitor"}) {
+    for (char const* const name :
+         {"translate", "info", "sets", "find", "classes", "verify", "compact", "export", "extract",
+          "map", "monitor", "layup", "sections", "variable"}) {
         EXPECT_NE(help.output.find(name), std::string::npos) << name;
         auto const own = work.Run({name, "--help"});
         EXPECT_EQ(own.status, 0);
@@ -69,6 +70,20 @@ TEST_F(CommandLine, AnUnknownSubcommandIsNamedWithTheNearest) {
     EXPECT_EQ(result.status, 2);
     EXPECT_EQ(result.errors, "kovsim: no subcommand named '" + std::string(60, 'x') +
                                  "...' (see kovsim --help)\n");
+}
+
+TEST_F(CommandLine, ASummaryThatCannotBeWrittenLeavesWhatWasMade) {
+    Translate();
+    for (std::string const command : {"translate deck.inp -o t.ksd", "export m.ksd -o t.vtu",
+                                      "compact m.ksd -o c.ksd", "extract m.ksd --set E -o e.ksd"}) {
+        auto const full = work.Shell("\"$KOVSIM\" " + command + " > /dev/full");
+        std::string const made = command.substr(command.rfind(' ') + 1);
+        EXPECT_EQ(full.status, 2) << command;
+        EXPECT_EQ(full.errors, "kovsim: " + made +
+                                   " is made and whole, but the summary is lost: cannot write to "
+                                   "standard output: No space left on device\n");
+        EXPECT_TRUE(std::filesystem::exists(work / made)) << command;
+    }
 }
 
 TEST_F(CommandLine, TranslatesAndShows) {

@@ -39,10 +39,11 @@ int Compact(Options const& options) {
         json.BeginObject().Member("document", options.document).Member("output", options.output);
         json.Member("bytesBefore", bytesBefore).Member("bytesAfter", bytesAfter);
         json.Member("supersededBefore", static_cast<long>(before.supersededBytes)).EndObject();
-        Print(json.Text());
+        PrintAbout(options.output, json.Text());
     } else {
-        Print(options.document + " -> " + options.output + "\n" + std::to_string(bytesBefore) +
-              " bytes before, " + std::to_string(bytesAfter) + " after\n");
+        PrintAbout(options.output, options.document + " -> " + options.output + "\n" +
+                                       std::to_string(bytesBefore) + " bytes before, " +
+                                       std::to_string(bytesAfter) + " after\n");
     }
     return 0;
 }

@@ -43,12 +43,14 @@ int Export(Options const& options) {
         json.Member("nodeSets", static_cast<long>(summary.nodeSets));
         json.Member("elementSets", static_cast<long>(summary.elementSets));
         json.Member("seconds", seconds.count()).EndObject();
-        Print(json.Text());
+        PrintAbout(options.output, json.Text());
     } else {
-        Print(options.document + " -> " + options.output + "\n" +
-              CountText(summary.points, "point") + ", " + CountText(summary.cells, "cell") + ", " +
-              CountText(static_cast<long>(summary.nodeSets), "node set") + ", " +
-              CountText(static_cast<long>(summary.elementSets), "element set") + "\n");
+        PrintAbout(options.output,
+                   options.document + " -> " + options.output + "\n" +
+                       CountText(summary.points, "point") + ", " +
+                       CountText(summary.cells, "cell") + ", " +
+                       CountText(static_cast<long>(summary.nodeSets), "node set") + ", " +
+                       CountText(static_cast<long>(summary.elementSets), "element set") + "\n");
     }
     return 0;
 }

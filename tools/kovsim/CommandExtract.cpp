@@ -89,8 +89,8 @@ int Extract(Options const& options) {
     }
     place.Publish();
     std::chrono::duration<double> const seconds = std::chrono::steady_clock::now() - start;
-    Print(options.json ? JsonSummary(options, summary, seconds.count())
-                       : PlainSummary(options, summary, seconds.count()));
+    PrintAbout(options.output, options.json ? JsonSummary(options, summary, seconds.count())
+                                            : PlainSummary(options, summary, seconds.count()));
     return 0;
 }
 

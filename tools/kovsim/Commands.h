@@ -24,6 +24,7 @@ void AddExtract(CLI::App& app, Action& action);
 void AddMap(CLI::App& app, Action& action);
 void AddFind(CLI::App& app, Action& action);
 void AddLayup(CLI::App& app, Action& action);
+void AddMaterials(CLI::App& app, Action& action);
 void AddMonitor(CLI::App& app, Action& action);
 void AddSections(CLI::App& app, Action& action);
 void AddSets(CLI::App& app, Action& action);
@@ -31,5 +32,8 @@ void AddVariable(CLI::App& app, Action& action);
 
 /// Writes text to standard output at once. Throws Failure if that fails.
 void Print(std::string const& text);
+/// Writes the summary of what was just made at path `made`. Where that fails, the message says that
+/// `made` is there all the same.
+void PrintAbout(std::string const& made, std::string const& text);
 
 }  // namespace kov::tool

@@ -13,4 +13,12 @@ void Print(std::string const& text) {
     throw Failure("cannot write to standard output: " + std::generic_category().message(errno));
 }
 
+void PrintAbout(std::string const& made, std::string const& text) {
+    try {
+        Print(text);
+    } catch (Failure const& error) {
+        throw Failure(made + " is made and whole, but the summary is lost: " + error.what());
+    }
+}
+
 }  // namespace kov::tool
