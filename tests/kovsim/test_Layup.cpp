@@ -569,6 +569,22 @@ TEST_F(Layup, BeyondTheRangeOfNumbersHasNoWhole) {
     EXPECT_EQ(all[2]["thickness"].number, 1e10);
 }
 
+TEST_F(Layup, OfADeckIsWithinTheRangeOfNumbers) {
+    std::string const mesh =
+        "*NODE\n1\n2, 1\n3, 0, 1\n*ELEMENT, TYPE=S3, ELSET=E\n1, 1, 2, 3\n*MATERIAL, NAME=M\n"
+        "*SHELL SECTION, ELSET=E, COMPOSITE";
+    for (char const* const rest :
+         {"\n1e308,, M\n1e308,, M\n", ", SYMMETRIC\n1e308,, M\n", ", OFFSET=1e308\n1e10,, M\n"}) {
+        WriteFile(work / "d.inp", mesh + rest);
+        Workshop::Result const result = work.Run({"translate", "d.inp", "-o", "m.ksd"});
+        EXPECT_EQ(result.status, 2);
+        EXPECT_EQ(result.errors,
+                  "kovsim: d.inp:8: the thickness of the layers together, or the offset, is beyond "
+                  "the range of numbers; expected smaller ones\n");
+        EXPECT_FALSE(fs::exists(work / "m.ksd"));
+    }
+}
+
 TEST_F(Layup, LongNamesKeepTheColumns) {
     std::string const name(40, 'M');
     Make([&](KOVObjDocument const& document) {

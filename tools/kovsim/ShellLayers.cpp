@@ -1,6 +1,7 @@
 #include "ShellLayers.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "Interrupt.h"
 #include "KOVSrvBulkShellLayers.h"
@@ -63,6 +64,11 @@ void HandOnThickness(Gathered& gathered, SectionTable const& table, LayerShares 
 void HandOn(Gathered& gathered, SectionTable const& table, LayerShares const& shares,
             SectionEntry const& section) {
     double const whole = ThicknessOfLines(table, section);
+    if (!std::isfinite((std::abs(section.offset) + 0.5) * whole)) {
+        table.files.Fail(section.at,
+                         "the thickness of the layers together, or the offset, is beyond the range "
+                         "of numbers; expected smaller ones");
+    }
     for (int number = 0; number < section.Layers(); ++number) {
         LayerEntry const& layer = table.Layer(section, number);
         gathered->AppendMaterial(number, section.number, layer.material);

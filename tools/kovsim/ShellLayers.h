@@ -10,7 +10,8 @@ namespace kov::tool {
 
 /// Writes the layers of the shell sections into `document`, in a transaction of its own: none may
 /// be open. The sections are in the document. The layers are taken out of the table on the way, so
-/// that the memory never holds both.
+/// that the memory never holds both. Throws a DeckError at a section whose layers end beyond the
+/// range of numbers.
 void WriteShellLayers(KOVObjDocument const& document, SectionTable& table,
                       LayerShares const& shares);
 
