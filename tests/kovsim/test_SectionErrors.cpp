@@ -52,6 +52,20 @@ SectionError const kCases[] = {
      "deck.inp:27: *SHELL SECTION with SYMMETRIC but without COMPOSITE; expected both or neither"},
     {"LayupAlone", "*SOLID SECTION, ELSET=LEFT, MATERIAL=Steel, LAYUP=L\n1\n",
      "deck.inp:27: *SOLID SECTION with LAYUP but without COMPOSITE; expected both or neither"},
+    {"CompositeWithValue", "*SHELL SECTION, ELSET=LEFT, COMPOSITE=NO\n1,, Steel\n",
+     "deck.inp:27: parameter COMPOSITE has the value 'NO'; expected COMPOSITE alone"},
+    {"CompositeWithEmptyValue", "*SOLID SECTION, ELSET=LEFT, COMPOSITE=\n1,, Steel\n",
+     "deck.inp:27: parameter COMPOSITE has the value ''; expected COMPOSITE alone"},
+    {"SymmetricWithValue", "*SOLID SECTION, ELSET=LEFT, COMPOSITE, SYMM = yes\n1,, Steel\n",
+     "deck.inp:27: parameter SYMMETRIC has the value 'yes'; expected SYMMETRIC alone"},
+    {"NodalThicknessWithValue",
+     "*MEMBRANE SECTION, ELSET=LEFT, MATERIAL=Steel, NODAL THICKNESS=1\n1\n",
+     "deck.inp:27: parameter NODAL THICKNESS has the value '1'; expected NODAL THICKNESS alone"},
+    {"UnknownParameterWithBlanks",
+     "*BEAM SECTION, ELSET=LEFT,\n** more\n MATERIAL=Steel, \t Shell  Thickness = "
+     "D,\nSECTION=RECT\n1, 1\n",
+     "deck.inp:27: *BEAM SECTION has no parameter 'Shell  Thickness'; expected ELSET, MATERIAL, "
+     "SECTION, ORIENTATION, CONTROLS, DENSITY, LUMPED, POISSON, ROTARY INERTIA, TEMPERATURE"},
     {"ParameterTwice", kShell + ", SHELL THICKNESS=D, SHELLTHICKNESS=E\n",
      "deck.inp:27: parameter SHELL THICKNESS is given twice; expected it once"},
     {"UnknownParameter", "*MEMBRANE SECTION, ELSET=LEFT, COMPOSITE\n",
@@ -71,8 +85,10 @@ SectionError const kCases[] = {
      "deck.inp:27: '4' is not known; expected STACK DIRECTION=1, 2, 3 or ORIENTATION"},
     // ---- sets ----
     {"UnknownSet", "*SHELL SECTION, ELSET=LEFTT, MATERIAL=Steel\n1\n",
-     "deck.inp:27: 'LEFTT' is neither an element label nor the name of a set; expected elements or "
-     "element sets of the deck; did you mean 'LEFT'?"},
+     "deck.inp:27: 'LEFTT' is no element set; expected an element set of the deck; did you mean "
+     "'LEFT'?"},
+    {"ElementAsSet", "*SHELL SECTION, ELSET=11, MATERIAL=Steel\n1\n",
+     "deck.inp:27: '11' is no element set; expected an element set of the deck"},
     {"ElementTwice",
      kShell + "\n1\n*ELSET, ELSET=MIX\n13, 12\n*MEMBRANE SECTION, ELSET=MIX, MATERIAL=Steel\n1\n",
      "deck.inp:31: element 12 is in two sections, first in that of line 27; expected one"},
@@ -139,6 +155,9 @@ SectionError const kCases[] = {
     {"LayerSixthField", kLayers + "1,, Steel, 0, P, 7\n",
      "deck.inp:28: '7' is one field too many; expected THICKNESS, SECTION POINTS, MATERIAL, ANGLE "
      "OR ORIENTATION, PLY"},
+    {"LayerEighthField", kLayers + "1,, Steel, 0, P,, Q\n",
+     "deck.inp:28: 'Q' is one field too many; expected THICKNESS, SECTION POINTS, MATERIAL, ANGLE "
+     "OR ORIENTATION, PLY"},
     {"OpenQuoteOfMaterial", kLayers + "1,, \"Steel\n",
      "deck.inp:28: the quotes of a material's name are not closed"},
     {"OpenQuoteOfPly", kLayers + "1,, Steel, 0, \"P\n",
@@ -147,6 +166,14 @@ SectionError const kCases[] = {
      "deck.inp:28: the quotes of a name are not closed"},
     {"ControlInPly", kLayers + "1,, Steel, 0, \"P\x01\"\n",
      "deck.inp:28: a control character in a ply's name; expected text without them"},
+    {"ControlInMaterial", kLayers + "1,, Steel\x01\n",
+     "deck.inp:28: a control character in a material's name; expected text without them"},
+    {"TabInMaterial", kLayers + "1,, \"Steel\t\"\n",
+     "deck.inp:28: a control character in a material's name; expected text without them"},
+    {"ControlInAngle", kLayers + "1,, Steel, O\x7f\n",
+     "deck.inp:28: a control character in a name; expected text without them"},
+    {"ControlInThickness", kLayers + "D\x02,, Steel\n",
+     "deck.inp:28: a control character in a name; expected text without them"},
     // ---- orientations and distributions ----
     {"UnknownOrientation",
      kShell + ", ORIENTATION=O2\n1\n*ORIENTATION, NAME=O1\n1, 0, 0, 0, 1, 0\n",
@@ -156,7 +183,17 @@ SectionError const kCases[] = {
      "deck.inp:28: '45x' is no number; expected an angle in degrees, or an orientation or a "
      "distribution of the deck"},
     {"UnknownThickness", kLayers + "1,, Steel\n0.1.2,, Steel\n",
-     "deck.inp:29: '0.1.2' is no distribution; expected a distribution of the deck"},
+     "deck.inp:29: '0.1.2' is no number; expected a thickness, or a distribution of the deck"},
+    {"InfiniteLayer", kLayers + "inf, 3, Steel\n",
+     "deck.inp:28: 'inf' is no number; expected a thickness, or a distribution of the deck"},
+    {"UnknownThicknessNearAnother",
+     kLayers + "Thik,, Steel\n*DISTRIBUTION TABLE, NAME=T\nLENGTH\n"
+               "*DISTRIBUTION, NAME=Thick, LOCATION=ELEMENT, TABLE=T\n, 1\n",
+     "deck.inp:28: 'Thik' is no number; expected a thickness, or a distribution of the deck; did "
+     "you mean 'Thick'?"},
+    {"UnknownThicknessOfBoth",
+     kShell + ", SHELL THICKNESS=E\n*SHELL SECTION, ELSET=RIGHT, COMPOSITE\nE,, Steel\n",
+     "deck.inp:27: 'E' is no distribution; expected a distribution of the deck"},
     {"UnknownShellThickness", kShell + ", SHELL THICKNESS=E\n" + kD + ", 1\n",
      "deck.inp:27: 'E' is no distribution; expected a distribution of the deck"},
     {"OrientationAndDistribution",
@@ -215,6 +252,28 @@ SectionError const kCases[] = {
      "deck.inp:27: *BEAM SECTION without a data line; expected the dimensions of the profile"},
     {"BeamDimension", "*BEAM SECTION, ELSET=LEFT, MATERIAL=Steel, SECTION=RECT\n1, b\n",
      "deck.inp:28: 'b' is no number; expected a dimension of the profile"},
+    {"BeamInfiniteDimension", "*BEAM SECTION, ELSET=LEFT, MATERIAL=Steel, SECTION=I\n1, inf\n",
+     "deck.inp:28: 'inf' is no number; expected a dimension of the profile"},
+    {"BeamNoDimension", "*BEAM SECTION, ELSET=LEFT, MATERIAL=Steel, SECTION=CIRC\n,\n",
+     "deck.inp:28: dimension 1 of the profile is missing; expected a number"},
+    {"BeamGap", "*BEAM SECTION, ELSET=LEFT, MATERIAL=Steel, SECTION=BOX\n1,, 2\n",
+     "deck.inp:28: dimension 2 of the profile is missing; expected a number"},
+    {"BeamGapInFront", "*BEAM SECTION, ELSET=LEFT, MATERIAL=Steel, SECTION=ARBITRARY\n, 2\n",
+     "deck.inp:28: dimension 1 of the profile is missing; expected a number"},
+    {"BeamZeroRadius", "*BEAM SECTION, ELSET=LEFT, MATERIAL=Steel, SECTION=CIRC\n0\n",
+     "deck.inp:28: '0' is no number above 0; expected a dimension of the profile"},
+    {"BeamNegativeWidth", "*BEAM SECTION, ELSET=LEFT, MATERIAL=Steel, SECTION=rect\n1, -1\n",
+     "deck.inp:28: '-1' is no number above 0; expected a dimension of the profile"},
+    {"BeamZeroWall", "*BEAM SECTION, ELSET=LEFT, MATERIAL=Steel, SECTION=PIPE\n1, 0\n",
+     "deck.inp:28: '0' is no number above 0; expected a dimension of the profile"},
+    {"BeamZeroLastWall",
+     "*BEAM SECTION, ELSET=LEFT, MATERIAL=Steel, SECTION=BOX\n1, 2, .1, .1, .1, 0\n",
+     "deck.inp:28: '0' is no number above 0; expected a dimension of the profile"},
+    {"BeamZeroHexagon", "*BEAM SECTION, ELSET=LEFT, MATERIAL=Steel, SECTION=HEX\n0, 1\n",
+     "deck.inp:28: '0' is no number above 0; expected a dimension of the profile"},
+    {"BeamZeroTrapezoid",
+     "*BEAM SECTION, ELSET=LEFT, MATERIAL=Steel, SECTION=TRAPEZOID\n1, 2, 0, -1\n",
+     "deck.inp:28: '0' is no number above 0; expected a dimension of the profile"},
     {"BeamZeroDirection", "*BEAM SECTION, ELSET=LEFT, MATERIAL=Steel, SECTION=CIRC\n1\n0, 0, 0\n",
      "deck.inp:29: the direction is 0; expected N1X, N1Y, N1Z"},
     {"BeamLongDirection",
@@ -223,7 +282,14 @@ SectionError const kCases[] = {
     {"BeamDirectionText", "*BEAM SECTION, ELSET=LEFT, MATERIAL=Steel, SECTION=CIRC\n1\n0, z\n",
      "deck.inp:29: 'z' is no number; expected a number of the direction"},
     {"BeamPoints", "*BEAM SECTION, ELSET=LEFT, MATERIAL=Steel, SECTION=CIRC\n1\n0, 1\n3, 0\n",
-     "deck.inp:30: '0' is no number of section points; expected a whole number from 1 to 1000"},
+     "deck.inp:30: '0' is no number of integration points; expected a whole number from 1 to "
+     "1000"},
+    {"BeamPointsText", "*BEAM SECTION, ELSET=LEFT, MATERIAL=Steel, SECTION=CIRC\n1\n0, 1\nabc, 3\n",
+     "deck.inp:30: 'abc' is no number of integration points; expected a whole number from 1 to "
+     "1000"},
+    {"BeamPointsGap", "*BEAM SECTION, ELSET=LEFT, MATERIAL=Steel, SECTION=CIRC\n1\n0, 1\n3,, 8\n",
+     "deck.inp:30: number 2 of the integration points is missing; expected a whole number from 1 "
+     "to 1000"},
     {"BeamFourthLine", "*BEAM SECTION, ELSET=LEFT, MATERIAL=Steel, SECTION=CIRC\n1\n0, 1\n3\n4\n",
      "deck.inp:31: one data line too many; expected dimensions, a direction and integration points "
      "at most"},
@@ -268,8 +334,7 @@ TEST(SectionErrors, OfInstancesNameTheInstance) {
               "deck.inp:37: element 11 of instance 'J' is in two sections, first in that of line "
               "27; expected one");
     EXPECT_EQ(ErrorOf(kSkinPart + "*SHELL SECTION, ELSET=NONE, MATERIAL=Steel\n1\n" + kTwo + steel),
-              "deck.inp:27: 'NONE' is neither an element label nor the name of a set; expected "
-              "elements or element sets of instance 'I'");
+              "deck.inp:27: 'NONE' is no element set; expected an element set of instance 'I'");
     EXPECT_EQ(ErrorOf(kSkinPart + kTwo + steel + "*SHELL SECTION, ELSET=J.11, MATERIAL=Steel\n1\n"),
               "deck.inp:35: 'J.11' is a single element; expected an element set");
     EXPECT_EQ(
@@ -277,8 +342,10 @@ TEST(SectionErrors, OfInstancesNameTheInstance) {
         "deck.inp:35: 'K.LEFT': instance 'K' is not there; expected an instance of the "
         "assembly");
     EXPECT_EQ(ErrorOf(kSkinPart + kTwo + steel + "*SHELL SECTION, ELSET=LEFT, MATERIAL=Steel\n1\n"),
-              "deck.inp:35: 'LEFT' is neither an element label nor the name of a set; expected "
-              "elements or element sets of the deck; did you mean 'I.LEFT' or 'J.LEFT'?");
+              "deck.inp:35: 'LEFT' is no element set; expected an element set of the deck; did you "
+              "mean 'I.LEFT' or 'J.LEFT'?");
+    EXPECT_EQ(ErrorOf(kSkinPart + kTwo + steel + "*SHELL SECTION, ELSET=J.99, MATERIAL=Steel\n1\n"),
+              "deck.inp:35: instance 'J' has no element set '99'; expected a set of the instance");
     EXPECT_EQ(ErrorOf(kSkinPart + kShell + ", ORIENTATION=O\n1\n" + kTwo + steel),
               "deck.inp:27: orientation 'O' is not defined; expected an orientation of instance "
               "'I'");

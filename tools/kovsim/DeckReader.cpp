@@ -180,8 +180,11 @@ void DeckReader::AddParameters(KeywordLine& keyword, int position) {
         bool exhausted = false;
         KOVString value;
         while (!exhausted) {
+            int const start = position;
             exhausted = m_parser.ParseParameter(m_line, position, value);
             if (value.IsEmpty()) continue;
+            char const* const end = m_line + position - (exhausted ? 0 : 1);
+            keyword.typedParameters.emplace_back(m_line + start, end);
             int const count = keyword.parameters.Size();
             keyword.parameters.SetSize(count + 1);
             keyword.parameters.Get(count) = value;

@@ -25,6 +25,7 @@ struct DeckPlace {
 struct KeywordLine {
     KOVString keyword;  ///< lower case, without its `*`
     KOVSrvKeywordParser::Parameters parameters;
+    std::vector<std::string> typedParameters;  ///< with their blanks; for messages
     std::string typed;  ///< with its `*`, in capitals, the words one blank apart; for messages
     int line = 0;       ///< number of its first line
 };

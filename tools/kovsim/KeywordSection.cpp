@@ -97,6 +97,7 @@ void ReadShellSection(Translation& translation, DeckReader& reader, KeywordLine 
         {"elset", "material", "composite", "orientation", "offset", "shell thickness",
          "section integration", "symmetric", "layup", "stack direction", "controls", "density",
          "idealization", "nodal thickness", "poisson", "temperature", "thickness modulus", "zero"});
+    parameters.RefuseValues({"composite", "symmetric", "nodal thickness"});
     parameters.PassOver(translation, {"controls", "density", "idealization", "nodal thickness",
                                       "poisson", "temperature", "thickness modulus", "zero"});
     SectionEntry& section =
@@ -122,6 +123,7 @@ void ReadSolidSection(Translation& translation, DeckReader& reader, KeywordLine 
         reader, line,
         {"elset", "material", "composite", "orientation", "symmetric", "layup", "stack direction",
          "controls", "ref node"});
+    parameters.RefuseValues({"composite", "symmetric"});
     parameters.PassOver(translation, {"controls", "ref node"});
     SectionEntry& section =
         MakeSection(translation, reader, line, parameters, SectionEntry::Kind::Solid);
@@ -143,6 +145,7 @@ void ReadMembraneSection(Translation& translation, DeckReader& reader, KeywordLi
     KeywordParameters const parameters(reader, line,
                                        {"elset", "material", "orientation", "membrane thickness",
                                         "controls", "density", "nodal thickness", "poisson"});
+    parameters.RefuseValues({"nodal thickness"});
     parameters.PassOver(translation, {"controls", "density", "nodal thickness", "poisson"});
     SectionEntry& section =
         MakeSection(translation, reader, line, parameters, SectionEntry::Kind::Membrane);

@@ -161,7 +161,7 @@ void AddNodesOfElements(Translation& translation, DeckReader& reader, int line, 
     Scopes& scopes = translation.AllScopes();
     NamedSet* const elements = FindReference(scopes, from, kElementEntity, name, reader, line).set;
     if (elements == nullptr) {
-        reader.FailAt(line, UnknownReference(scopes, from, kElementEntity, name, nullptr));
+        reader.FailAt(line, UnknownSet(scopes, from, kElementEntity, name));
     }
     if (!elements->deferred.empty()) translation.Resolve(*elements, reader);
     translation.Model().ForNodesOf(elements->members, [&](int const* nodes, int count) {
@@ -186,6 +186,7 @@ void ReadSet(Translation& translation, DeckReader& reader, Entity const& kind,
 void ReadNodeSet(Translation& translation, DeckReader& reader, KeywordLine const& line) {
     KeywordParameters const parameters(
         reader, line, {"nset", "elset", "generate", "instance", "internal", "unsorted"});
+    parameters.RefuseValues({"generate", "internal", "unsorted"});
     std::string const name = parameters.Required("nset");
     Scope& from = MemberScope(translation, reader, line, parameters);
     NamedSet& set =
@@ -209,6 +210,7 @@ void ReadNodeSet(Translation& translation, DeckReader& reader, KeywordLine const
 void ReadElementSet(Translation& translation, DeckReader& reader, KeywordLine const& line) {
     KeywordParameters const parameters(reader, line,
                                        {"elset", "generate", "instance", "internal", "unsorted"});
+    parameters.RefuseValues({"generate", "internal", "unsorted"});
     std::string const name = parameters.Required("elset");
     Scope& from = MemberScope(translation, reader, line, parameters);
     NamedSet& set =

@@ -165,6 +165,7 @@ class SurfaceReader {
 
 void ReadSurface(Translation& translation, DeckReader& reader, KeywordLine const& line) {
     KeywordParameters const parameters(reader, line, {"name", "type", "internal"});
+    parameters.RefuseValues({"internal"});
     std::string const name = parameters.Required("name");
     std::string const given = parameters.Has("type") ? parameters.Value("type") : "element";
     std::string const type = LowerCase(given);

@@ -61,6 +61,13 @@ std::string Joined(char const* key) {
     return joined;
 }
 
+std::string Trimmed(std::string text) {
+    constexpr char kBlanks[] = " \t\r\n";
+    text.erase(text.find_last_not_of(kBlanks) + 1);
+    text.erase(0, text.find_first_not_of(kBlanks));
+    return text;
+}
+
 bool HasControl(std::string_view text) {
     return std::any_of(text.begin(), text.end(), [](char const c) {
         auto const byte = static_cast<unsigned char>(c);
@@ -114,12 +121,13 @@ KeywordParameters::KeywordParameters(DeckReader const& reader, KeywordLine const
     for (parameters.First(); !parameters.IsDone(); parameters.Next(), ++index) {
         std::string const given = Plain(line.parameters.ConstGet(index));
         std::string const found = Plain(parameters.CurrentKey());
-        std::string const shown = Shown(given.substr(0, given.find('=')));
         if (found.empty()) {
             std::string known;
             for (char const* const name : keys)
                 known += (known.empty() ? "" : ", ") + UpperCase(name);
-            reader.FailAt(line.line, ShownKeyword(line) + " has no parameter '" + shown +
+            std::string const& typed = line.typedParameters[static_cast<std::size_t>(index)];
+            reader.FailAt(line.line, ShownKeyword(line) + " has no parameter '" +
+                                         Shown(Trimmed(typed.substr(0, typed.find('=')))) +
                                          "'; expected " + (known.empty() ? "none" : known));
         }
         std::string const key =
@@ -138,7 +146,7 @@ KeywordParameters::KeywordParameters(DeckReader const& reader, KeywordLine const
             reader.FailAt(line.line, "a control character in parameter " + UpperCase(key) +
                                          "; expected text without them");
         }
-        m_values.push_back({key, value, typed});
+        m_values.push_back({key, value, typed, given.find('=') != std::string::npos});
     }
 }
 
@@ -173,6 +181,16 @@ ScopedName KeywordParameters::Scoped(char const* key) const {
         ++at;
     }
     return name;
+}
+
+void KeywordParameters::RefuseValues(std::initializer_list<char const*> keys) const {
+    for (char const* const key : keys) {
+        Given const* const given = Find(key);
+        if (given == nullptr || !given->hasValue) continue;
+        m_reader.FailAt(m_line.line, "parameter " + UpperCase(key) + " has the value '" +
+                                         Shown(given->value) + "'; expected " + UpperCase(key) +
+                                         " alone");
+    }
 }
 
 void KeywordParameters::PassOver(Translation& translation,

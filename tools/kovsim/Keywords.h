@@ -60,6 +60,8 @@ class KeywordParameters {
     std::string Required(char const* key) const;
     /// The value as a name that may begin with an instance.
     ScopedName Scoped(char const* key) const;
+    /// Throws if one of `keys` has a value: these say something by being there.
+    void RefuseValues(std::initializer_list<char const*> keys) const;
     /// Notes those of `keys` that are given: they are known, and nothing is done with them. Where
     /// the deck is read strictly they are errors.
     void PassOver(Translation& translation, std::initializer_list<char const*> keys) const;
@@ -69,6 +71,7 @@ class KeywordParameters {
         std::string key;
         std::string value;
         std::string typed;  ///< the value with its quotes
+        bool hasValue;      ///< perhaps an empty one
     };
 
     Given const* Find(char const* key) const;

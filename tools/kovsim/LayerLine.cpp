@@ -38,24 +38,25 @@ double ReadPositive(DeckReader const& reader, FieldScanner& fields, char const* 
     return value;
 }
 
-int ReadPoints(DeckReader const& reader, FieldScanner& fields, int none) {
+int ReadPoints(DeckReader const& reader, FieldScanner& fields, int none, char const* what) {
     if (fields.AtEnd()) return none;
     int points = 0;
     Result const result = fields.ReadInt(points);
     if (result == Result::Empty) return none;
     if (result != Result::Value || points < 1 || points > kMostSectionPoints) {
-        reader.Fail("'" + Shown(fields.Field()) +
-                    "' is no number of section points; expected a whole number from 1 to " +
-                    std::to_string(kMostSectionPoints));
+        reader.Fail("'" + Shown(fields.Field()) + "' is no number of " + what +
+                    "; expected a whole number from 1 to " + std::to_string(kMostSectionPoints));
     }
     return points;
 }
 
 void RefuseFields(DeckReader const& reader, FieldScanner& fields, char const* form) {
-    if (fields.AtEnd()) return;
     std::string text;
-    static_cast<void>(fields.ReadText(text));
-    reader.Fail("'" + Shown(fields.Field()) + "' is one field too many; expected " + form);
+    while (!fields.AtEnd()) {
+        static_cast<void>(fields.ReadText(text));
+        if (fields.Field().empty()) continue;
+        reader.Fail("'" + Shown(fields.Field()) + "' is one field too many; expected " + form);
+    }
 }
 
 void RefuseLine(DeckReader& reader, char const* expected) {
@@ -92,6 +93,7 @@ void LayerReader::ReadLayer(DeckReader const& reader) {
     if (m_text.empty()) {
         reader.Fail(std::string("the material of the layer is missing; expected ") + kLayer);
     }
+    CheckText(reader, m_text, "a material's name");
     layer.material = m_translation.Sections().materials.Mention(m_text, Here(reader));
     ReadAngle(reader, fields, points, layer);
     layer.ply = ReadPly(reader, fields);
@@ -140,16 +142,22 @@ void LayerReader::ReadAngle(DeckReader const& reader, FieldScanner& fields, int 
 
 ScopedName const& LayerReader::ReadName(DeckReader const& reader, FieldScanner& fields) {
     if (!m_name.Read(fields)) reader.Fail("the quotes of a name are not closed");
+    CheckText(reader, m_name.text, "a name");
     return m_name;
+}
+
+// Messages and lists show names without such characters: two names might look alike.
+void LayerReader::CheckText(DeckReader const& reader, std::string const& text,
+                            char const* whose) const {
+    if (!HasControl(text)) return;
+    reader.Fail(std::string("a control character in ") + whose + "; expected text without them");
 }
 
 int LayerReader::ReadPly(DeckReader const& reader, FieldScanner& fields) {
     if (fields.AtEnd()) return -1;
     if (!fields.ReadText(m_text)) reader.Fail("the quotes of a ply's name are not closed");
     if (m_text.empty()) return -1;
-    if (HasControl(m_text)) {
-        reader.Fail("a control character in a ply's name; expected text without them");
-    }
+    CheckText(reader, m_text, "a ply's name");
     return m_translation.MentionPly(m_text, reader);
 }
 

@@ -16,10 +16,12 @@ inline constexpr int kMostSectionPoints = 1000;
 /// A thickness or area, above 0. `what`: "a thickness" or the like. 0 if the field is empty.
 double ReadPositive(DeckReader const& reader, FieldScanner& fields, char const* what);
 
-/// A number of section points, from 1; `none` if the field is empty.
-int ReadPoints(DeckReader const& reader, FieldScanner& fields, int none);
+/// A number of section points, from 1; `none` if the field is empty. `what`: how messages call the
+/// points.
+int ReadPoints(DeckReader const& reader, FieldScanner& fields, int none,
+               char const* what = "section points");
 
-/// Throws if the line has a further field. `form`: what a line holds.
+/// Throws if something stands in a further field of the line. `form`: what a line holds.
 void RefuseFields(DeckReader const& reader, FieldScanner& fields, char const* form);
 
 /// Throws if a further data line comes. `expected`: what lines a section has.
@@ -40,6 +42,7 @@ class LayerReader {
     void ReadAngle(DeckReader const& reader, FieldScanner& fields, int points, LayerEntry& layer);
     int ReadPly(DeckReader const& reader, FieldScanner& fields);
     ScopedName const& ReadName(DeckReader const& reader, FieldScanner& fields);
+    void CheckText(DeckReader const& reader, std::string const& text, char const* whose) const;
     DeckLine Here(DeckReader const& reader) const;
 
     Translation& m_translation;

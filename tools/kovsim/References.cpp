@@ -45,6 +45,58 @@ std::string Quoted(Meaning const& meaning, ScopedName const& name) {
 
 std::string Plural(Entity const& entity) { return std::string(entity.name) + "s"; }
 
+// What to say where an instance is there, but has nothing of that name. `label`: 0 where the name
+// is none, or none may stand.
+std::string UnknownWithin(Scope& instance, Entity const& entity, std::string_view rest, int label) {
+    std::string const text = "instance '" + Shown(instance.name) + "' has no " + entity.name + " ";
+    if (label > 0) {
+        return text + std::to_string(label) + "; expected " + Plural(entity) + " of the instance";
+    }
+    NearestSearch search(rest);
+    for (NamedSet const& set : (instance.*entity.sets).Sets()) search.Look(set.name);
+    return text + "set '" + Shown(rest) + "'; expected a set of the instance" +
+           NearestHint(search.Names());
+}
+
+// `labels`: whether a label might stand in the place of the name.
+std::string Unknown(Scopes& scopes, Scope& scope, Entity const& entity, ScopedName const& name,
+                    NamedSet const* except, bool labels) {
+    std::string const kind = entity.name;
+    Scope* instance = nullptr;
+    std::string_view rest;
+    ForCuts(scopes, scope, name, [&](Scope& found, std::string_view behind) {
+        instance = &found;
+        rest = behind;
+        return true;
+    });
+    if (instance != nullptr) {
+        return UnknownWithin(*instance, entity, rest, labels ? AsLabel(rest) : 0);
+    }
+    if (scope.IsRoot() && scopes.HasInstances() && !name.dots.empty()) {
+        std::string const head = name.text.substr(0, name.dots.front());
+        return "'" + Shown(name.text) + "': " + UnknownInstance(scopes, head);
+    }
+    NearestSearch search(name.text);
+    for (NamedSet const& set : (scope.*entity.sets).Sets()) {
+        if (&set != except) search.Look(set.name);
+    }
+    std::vector<std::string> hints = search.Names();
+    if (scope.IsRoot() && hints.empty()) {
+        // The set may stand in an instance.
+        for (Scope& other : scopes.All()) {
+            if (other.IsRoot() || hints.size() == NearestSearch::kMost) continue;
+            NamedSet const* const set = (other.*entity.sets).Find(name.text);
+            if (set != nullptr) hints.push_back(other.name + "." + set->name);
+        }
+    }
+    return "'" + Shown(name.text) + "' is " +
+           (labels ? std::string("neither ") + entity.label + " nor the name of a set; expected " +
+                         Plural(entity) + " or " + kind + " sets of "
+                   : "no " + kind + " set; expected " + entity.set + " of ") +
+           (scope.IsRoot() ? "the deck" : "instance '" + Shown(scope.name) + "'") +
+           NearestHint(hints);
+}
+
 }  // namespace
 
 bool ScopedName::Read(FieldScanner& fields) {
@@ -111,45 +163,11 @@ std::string UnknownInstance(Scopes const& scopes, std::string const& name) {
 
 std::string UnknownReference(Scopes& scopes, Scope& scope, Entity const& entity,
                              ScopedName const& name, NamedSet const* except) {
-    std::string const kind = entity.name;
-    Scope* instance = nullptr;
-    std::string_view rest;
-    ForCuts(scopes, scope, name, [&](Scope& found, std::string_view behind) {
-        instance = &found;
-        rest = behind;
-        return true;
-    });
-    if (instance != nullptr) {
-        if (int const label = AsLabel(rest)) {
-            return "instance '" + Shown(instance->name) + "' has no " + kind + " " +
-                   std::to_string(label) + "; expected " + Plural(entity) + " of the instance";
-        }
-        NearestSearch search(rest);
-        for (NamedSet const& set : (instance->*entity.sets).Sets()) search.Look(set.name);
-        return "instance '" + Shown(instance->name) + "' has no " + kind + " set '" + Shown(rest) +
-               "'; expected a set of the instance" + NearestHint(search.Names());
-    }
-    if (scope.IsRoot() && scopes.HasInstances() && !name.dots.empty()) {
-        std::string const head = name.text.substr(0, name.dots.front());
-        return "'" + Shown(name.text) + "': " + UnknownInstance(scopes, head);
-    }
-    NearestSearch search(name.text);
-    for (NamedSet const& set : (scope.*entity.sets).Sets()) {
-        if (&set != except) search.Look(set.name);
-    }
-    std::vector<std::string> hints = search.Names();
-    if (scope.IsRoot() && hints.empty()) {
-        // The set may stand in an instance.
-        for (Scope& other : scopes.All()) {
-            if (other.IsRoot() || hints.size() == NearestSearch::kMost) continue;
-            NamedSet const* const set = (other.*entity.sets).Find(name.text);
-            if (set != nullptr) hints.push_back(other.name + "." + set->name);
-        }
-    }
-    return "'" + Shown(name.text) + "' is neither " + entity.label +
-           " nor the name of a set; expected " + Plural(entity) + " or " + kind + " sets of " +
-           (scope.IsRoot() ? "the deck" : "instance '" + Shown(scope.name) + "'") +
-           NearestHint(hints);
+    return Unknown(scopes, scope, entity, name, except, true);
+}
+
+std::string UnknownSet(Scopes& scopes, Scope& scope, Entity const& entity, ScopedName const& name) {
+    return Unknown(scopes, scope, entity, name, nullptr, false);
 }
 
 std::string UnknownNode(Scopes& scopes, Scope& scope, ScopedName const& name) {

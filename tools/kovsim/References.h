@@ -60,6 +60,9 @@ int FindScopedLabel(Scopes& scopes, Scope& scope, Entity const& entity, ScopedNa
 std::string UnknownReference(Scopes& scopes, Scope& scope, Entity const& entity,
                              ScopedName const& name, NamedSet const* except);
 
+/// The same for a name in a place where a set alone may stand.
+std::string UnknownSet(Scopes& scopes, Scope& scope, Entity const& entity, ScopedName const& name);
+
 /// The same for a name in place of a node's label, where no set may stand.
 std::string UnknownNode(Scopes& scopes, Scope& scope, ScopedName const& name);
 

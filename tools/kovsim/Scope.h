@@ -148,13 +148,14 @@ struct Scope {
 struct Entity {
     char const* name;   ///< "node"
     char const* label;  ///< "a node label"
+    char const* set;    ///< "a node set"
     LabelTable Scope::*labels;
     SetTable Scope::*sets;
 };
-inline constexpr Entity kNodeEntity = {"node", "a node label", &Scope::nodeLabels,
+inline constexpr Entity kNodeEntity = {"node", "a node label", "a node set", &Scope::nodeLabels,
                                        &Scope::nodeSets};
-inline constexpr Entity kElementEntity = {"element", "an element label", &Scope::elementLabels,
-                                          &Scope::elementSets};
+inline constexpr Entity kElementEntity = {"element", "an element label", "an element set",
+                                          &Scope::elementLabels, &Scope::elementSets};
 
 /// The scopes of a deck, and the one that is current.
 class Scopes {

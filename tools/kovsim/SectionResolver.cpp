@@ -108,13 +108,25 @@ void SectionResolver::ResolveOrientation(Mention& mention) {
 
 void SectionResolver::ResolveThickness(Mention& mention) {
     mention.distribution = FindDistribution(mention);
-    if (mention.distribution == nullptr) {
-        m_table.files.Fail(mention.first,
-                           UnknownDistribution(m_scopes, *mention.scope, mention.name));
-    }
+    if (mention.distribution == nullptr) FailThickness(mention);
     if (mention.distribution->IsOneNumber()) return;
     m_table.files.Fail(mention.first, "distribution '" + Shown(mention.name.text) +
                                           "' gives several numbers; expected one for a thickness");
+}
+
+// A parameter takes a distribution alone, the line of a layer a number as well.
+void SectionResolver::FailThickness(Mention const& mention) {
+    for (SectionEntry const& section : m_table.sections) {
+        if (section.at != mention.first) continue;
+        m_table.files.Fail(mention.first,
+                           UnknownDistribution(m_scopes, *mention.scope, mention.name));
+    }
+    NearestSearch search(mention.name.text);
+    LookAt(search, mention.scope->distributions.All());
+    m_table.files.Fail(mention.first,
+                       "'" + Shown(mention.name.text) +
+                           "' is no number; expected a thickness, or a distribution of " +
+                           Of(*mention.scope) + NearestHint(search.Names()));
 }
 
 void SectionResolver::ResolveAngle(Mention& mention) {
@@ -152,8 +164,8 @@ void SectionResolver::ResolveSet(SectionEntry& section) {
                                            "' is a single element; expected an element set");
     }
     if (found.set == nullptr) {
-        m_table.files.Fail(section.at, UnknownReference(m_scopes, scope, kElementEntity,
-                                                        section.elements, nullptr));
+        m_table.files.Fail(section.at,
+                           UnknownSet(m_scopes, scope, kElementEntity, section.elements));
     }
     section.set = found.set;
     section.setScope = found.scope;

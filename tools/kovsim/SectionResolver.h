@@ -24,6 +24,7 @@ class SectionResolver {
     void ResolveOrientation(Mention& mention);
     void ResolveAngle(Mention& mention);
     void ResolveThickness(Mention& mention);
+    [[noreturn]] void FailThickness(Mention const& mention);
     void ResolveSet(SectionEntry& section);
     void Take(SectionEntry& section, ElementMarks& marks);
     [[noreturn]] void FailTwice(SectionEntry const& section, int element);
