@@ -1,5 +1,8 @@
 // Sections, materials and plies of decks, in documents in memory and opened again.
 
+#include <random>
+#include <set>
+
 #include "KOVObjMeshedField.h"
 #include "KOVSimTransfer.h"
 #include "KOVSrvSectionServices.h"
@@ -414,6 +417,28 @@ TEST_P(SectionDecks, ABeamHasAProfileWithDimensions) {
     EXPECT_EQ(NameOf(Section().GetPosition(schema::Section_material())), "Steel");
 }
 
+TEST_P(SectionDecks, OffsetsOfProfilesMayBeZeroOrNegative) {
+    Translate(
+        kStrip + kSteel +
+        "*BEAM SECTION, ELSET=LEFT, MATERIAL=Steel, SECTION=I\n-0.5, 1, 2, 3, .1, .1, .1,,\n"
+        "*BEAM SECTION, ELSET=RIGHT, MATERIAL=Steel, SECTION=TRAPEZOID\n1, 2, 3, 0\n"
+        "*BEAM SECTION, ELSET=LAST, MATERIAL=Steel, SECTION=ARBITRARY\n1, 0, 0, -1, 0, 0.1\n");
+    EXPECT_EQ(RealsField(Section(), 4, 8), (Reals{-0.5, 1, 2, 3, .1, .1, .1, -99}));
+    EXPECT_EQ(RealsField(Section(1), 4, 5), (Reals{1, 2, 3, 0, -99}));
+    EXPECT_EQ(RealsField(Section(2), 4, 7), (Reals{1, 0, 0, -1, 0, 0.1, -99}));
+}
+
+TEST_P(SectionDecks, FieldsWithNothingInThemMayEndALine) {
+    Translate(kStrip + kSteel +
+              "*SHELL SECTION, ELSET=LEFT, COMPOSITE\n1, 3, Steel, 0, P,, ,\n"
+              "*SHELL SECTION, ELSET=RIGHT, MATERIAL=Steel\n2, 3,,\n"
+              "*BEAM SECTION, ELSET=LAST, MATERIAL=Steel, SECTION=CIRC\n1, ,\n0, 0, 1,,\n5,,\n");
+    EXPECT_EQ(Plainly(KOVSrvShellSection(Assignment()).GetConstThicknesses()), (Reals{1}));
+    EXPECT_EQ(Plainly(KOVSrvShellSection(Assignment(1)).GetConstThicknesses()), (Reals{2}));
+    EXPECT_EQ(RealsField(Section(2), 4, 2), (Reals{1, -99}));
+    EXPECT_EQ(RealsField(Section(2), 6, 2), (Reals{5, -99}));
+}
+
 // ---- parts and instances ----
 
 std::string const kPart =
@@ -507,6 +532,140 @@ TEST_P(SectionDecks, NoMoreThanTenKeywordsAreNamed) {
     EXPECT_EQ(summary.sectionless.size(), 10U);
     EXPECT_EQ(summary.sectionlessBlocks, 13);
     EXPECT_EQ(summary.sectionlessElements, 17);
+}
+
+// Elements 21 to 24 of four families, each in a set of its own.
+std::string const kFamilies =
+    "*ELEMENT, TYPE=C3D8, ELSET=SOLID\n21, 1, 2, 3, 4, 7, 8, 9, 10\n"
+    "*ELEMENT, TYPE=M3D4, ELSET=MEM\n22, 1, 2, 8, 7\n*ELEMENT, TYPE=B31, ELSET=BEAM\n23, 1, 2\n"
+    "*ELEMENT, TYPE=T3D2, ELSET=BAR\n24, 1, 2\n";  // lines 26 to 33
+
+TEST_P(SectionDecks, SectionsGivenToElementsOfAnotherKindAreTold) {
+    Translate(kStrip + kFamilies + "*MATERIAL, NAME=Steel\n" +
+              "*ELSET, ELSET=MIX\n13, BAR, 21, 12, 21\n"
+              "*SHELL SECTION, ELSET=MIX, MATERIAL=Steel\n1\n"
+              "*BEAM SECTION, ELSET=MEM, MATERIAL=Steel, SECTION=CIRC\n1\n"
+              "*MEMBRANE SECTION, ELSET=BEAM, MATERIAL=Steel\n1\n"
+              "*SOLID SECTION, ELSET=LAST, MATERIAL=Steel\n");
+    auto const& misfits = summary.misfits;
+    EXPECT_EQ(misfits.sections, 4);
+    EXPECT_EQ(misfits.elements, 5);
+    ASSERT_EQ(misfits.first.size(), 4U);
+    EXPECT_EQ(misfits.first[0].path, "deck.inp");
+    EXPECT_EQ(misfits.first[0].line, 37);
+    EXPECT_EQ(misfits.first[0].kind, tool::SectionEntry::Kind::Shell);
+    EXPECT_EQ(misfits.first[0].set, "MIX");
+    EXPECT_EQ(misfits.first[0].count, 2);
+    EXPECT_EQ(misfits.first[0].label, 21);
+    EXPECT_EQ(misfits.first[0].type, "C3D8");
+    EXPECT_EQ(misfits.first[0].instance, "");
+    EXPECT_EQ(misfits.first[1].line, 39);
+    EXPECT_EQ(misfits.first[1].type, "M3D4");
+    EXPECT_EQ(misfits.first[2].line, 41);
+    EXPECT_EQ(misfits.first[2].type, "B31");
+    EXPECT_EQ(misfits.first[3].line, 43);
+    EXPECT_EQ(misfits.first[3].set, "LAST");
+    EXPECT_EQ(misfits.first[3].label, 15);
+}
+
+TEST_P(SectionDecks, SectionsThatFitAreNotTold) {
+    Translate(kStrip + kFamilies +
+              "*ELEMENT, TYPE=CPS4, ELSET=PLANE\n31, 1, 2, 8, 7\n*ELEMENT, TYPE=CPE4, "
+              "ELSET=PLANE\n32, 1, 2, 8, 7\n*ELEMENT, TYPE=CAX4, ELSET=PLANE\n33, 1, 2, 8, 7\n"
+              "*ELSET, ELSET=PLANE\nSOLID, BAR\n" +
+              kSteel +
+              "*SHELL SECTION, ELSET=LEFT, MATERIAL=Steel\n1\n"
+              "*BEAM SECTION, ELSET=BEAM, MATERIAL=Steel, SECTION=CIRC\n1\n"
+              "*MEMBRANE SECTION, ELSET=MEM, MATERIAL=Steel\n1\n"
+              "*SOLID SECTION, ELSET=PLANE, MATERIAL=Steel\n");
+    EXPECT_EQ(summary.misfits.sections, 0);
+    EXPECT_EQ(summary.misfits.elements, 0);
+    EXPECT_TRUE(summary.misfits.first.empty());
+}
+
+TEST_P(SectionDecks, ASectionOfAPartThatDoesNotFitIsToldOnce) {
+    Translate("*PART, NAME=Skin\n" + kStrip +
+              "*SOLID SECTION, ELSET=RIGHT, MATERIAL=Steel\n*END PART\n*ASSEMBLY, NAME=A\n"
+              "*INSTANCE, NAME=I, PART=Skin\n*END INSTANCE\n*INSTANCE, NAME=J, PART=Skin\n"
+              "*END INSTANCE\n*END ASSEMBLY\n*MATERIAL, NAME=Steel\n");
+    EXPECT_EQ(summary.misfits.sections, 1);
+    EXPECT_EQ(summary.misfits.elements, 4);
+    ASSERT_EQ(summary.misfits.first.size(), 1U);
+    EXPECT_EQ(summary.misfits.first[0].line, 27);
+    EXPECT_EQ(summary.misfits.first[0].count, 4);
+    EXPECT_EQ(summary.misfits.first[0].label, 13);
+    EXPECT_EQ(summary.misfits.first[0].instance, "I");
+}
+
+TEST_P(SectionDecks, NoMoreThanTenSectionsOfAnotherKindAreNamed) {
+    std::string deck = kStrip + "*MATERIAL, NAME=Steel\n";
+    for (int i = 0; i < 12; ++i) {
+        std::string const label = std::to_string(100 + i);
+        deck += "*ELEMENT, TYPE=T3D2, ELSET=E" + label + "\n" + label +
+                ", 1, 2\n*SHELL SECTION, ELSET=E" + label + ", MATERIAL=Steel\n1\n";
+    }
+    Translate(deck);
+    EXPECT_EQ(summary.misfits.first.size(), 10U);
+    EXPECT_EQ(summary.misfits.sections, 12);
+    EXPECT_EQ(summary.misfits.elements, 12);
+}
+
+TEST_P(SectionDecks, RandomSectionsOfAnotherKindAreCountedAsElementByElement) {
+    unsigned const seed = 20260611;
+    SCOPED_TRACE("seed " + std::to_string(seed));
+    std::mt19937 random(seed);
+    auto const below = [&random](int n) { return static_cast<int>(random() % unsigned(n)); };
+    std::string const types[] = {"S3", "M3D3", "CPS3", "CAX3"};
+    std::string deck = kStrip;
+    std::vector<int> families;  // of the labels from 100 on
+    for (int block = 0; block < 60; ++block) {
+        int const family = below(4);
+        deck += "*ELEMENT, TYPE=" + types[family] + "\n";
+        for (int i = below(30); i >= 0; --i) {
+            deck += std::to_string(100 + families.size()) + ", 1, 2, 8\n";
+            families.push_back(family);
+        }
+    }
+    int const n = static_cast<int>(families.size());
+    std::vector<bool> used(families.size());
+    std::vector<int> counts;
+    std::vector<int> firsts;
+    for (int section = 0; section < 10; ++section) {
+        std::string const name = "E" + std::to_string(section);
+        deck += "*ELSET, ELSET=" + name + "\n";
+        std::set<int> members;
+        int const stride = 1 + below(5);
+        for (int i = below(n); i < n && members.size() < 90; i += stride) {
+            if (used[static_cast<std::size_t>(i)]) continue;
+            used[static_cast<std::size_t>(i)] = true;
+            members.insert(i);
+            for (int times = 1 + below(2); times > 0; --times) {
+                deck += std::to_string(100 + i) + "\n";
+            }
+        }
+        deck += (section % 2 == 0 ? "*SHELL SECTION, ELSET=" : "*SOLID SECTION, ELSET=") + name +
+                ", MATERIAL=Steel\n1\n";
+        int count = 0;
+        int first = -1;
+        for (int const member : members) {
+            int const family = families[static_cast<std::size_t>(member)];
+            if (section % 2 == 0 ? family == 0 : family >= 2) continue;
+            if (count++ == 0) first = 100 + member;
+        }
+        if (count == 0) continue;
+        counts.push_back(count);
+        firsts.push_back(first);
+    }
+    Translate(deck + "*MATERIAL, NAME=Steel\n");
+    Ints told;
+    Ints labels;
+    for (auto const& misfit : summary.misfits.first) {
+        told.push_back(static_cast<int>(misfit.count));
+        labels.push_back(misfit.label);
+    }
+    EXPECT_FALSE(counts.empty());
+    EXPECT_EQ(told, counts);
+    EXPECT_EQ(labels, firsts);
 }
 
 TEST_P(SectionDecks, WhatIsNotKeptIsNoted) {

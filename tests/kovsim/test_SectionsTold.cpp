@@ -62,6 +62,56 @@ TEST_F(SectionsTold, TheSummaryAsJson) {
     EXPECT_EQ(without["first"][1]["instance"].text, "");
 }
 
+std::string const kOther =
+    "*NODE\n1\n2, 1\n3, 1, 1\n4, 0, 1\n*ELEMENT, TYPE=S4R, ELSET=\"a b\"\n7, 1, 2, 3, 4\n8, 1, 2, "
+    "3, "
+    "4\n*ELEMENT, TYPE=B31, ELSET=Beam\n9, 1, 2\n*MATERIAL, NAME=Steel\n*BEAM SECTION, ELSET=\"a "
+    "b\", MATERIAL=Steel, SECTION=CIRC\n1\n*SHELL SECTION, ELSET=Beam, MATERIAL=Steel\n1\n";
+
+TEST_F(SectionsTold, ThatAreOfAnotherKindThanTheirElements) {
+    WriteFile(work / "b.inp", kOther);
+    auto const result = work.Run({"translate", "b.inp", "-o", "b.ksd"});
+    ASSERT_EQ(result.status, 0) << result.errors;
+    EXPECT_TRUE(Has(result.output,
+                    "b.inp:12: beam section 'a b' is given to 2 elements that are no beams, the "
+                    "first is 7 (S4R)\n"
+                    "b.inp:14: shell section 'Beam' is given to 1 element that is no shell, the "
+                    "first is 9 (B31)\n"))
+        << result.output;
+}
+
+TEST_F(SectionsTold, ThatAreOfAnotherKindAsJson) {
+    WriteFile(work / "b.inp", kOther);
+    auto const result = work.Run({"translate", "b.inp", "-o", "b.ksd", "--json"});
+    ASSERT_EQ(result.status, 0) << result.errors;
+    JsonValue const json = ParseJson(result.output);
+    auto const& others = json["sectionsOfAnotherKind"];
+    EXPECT_EQ(others["elements"].Int(), 3);
+    EXPECT_EQ(others["sections"].Int(), 2);
+    EXPECT_EQ(others["first"][0]["file"].text, "b.inp");
+    EXPECT_EQ(others["first"][0]["line"].Int(), 12);
+    EXPECT_EQ(others["first"][0]["kind"].text, "beam");
+    EXPECT_EQ(others["first"][0]["set"].text, "a b");
+    EXPECT_EQ(others["first"][0]["elements"].Int(), 2);
+    EXPECT_EQ(others["first"][0]["type"].text, "S4R");
+    EXPECT_EQ(others["first"][0]["instance"].text, "");
+    EXPECT_EQ(others["first"][0]["label"].Int(), 7);
+    EXPECT_EQ(others["first"][1]["line"].Int(), 14);
+}
+
+TEST_F(SectionsTold, ThatAreOfAnotherKindInAnInstance) {
+    WriteFile(work / "b.inp", "*PART, NAME=P\n" + kOther +
+                                  "*END PART\n*ASSEMBLY, NAME=A\n*INSTANCE, NAME=I, PART=P\n"
+                                  "*END INSTANCE\n*INSTANCE, NAME=J, PART=P\n*END INSTANCE\n*END "
+                                  "ASSEMBLY\n");
+    auto const result = work.Run({"translate", "b.inp", "-o", "b.ksd"});
+    ASSERT_EQ(result.status, 0) << result.errors;
+    EXPECT_TRUE(Has(result.output,
+                    "b.inp:15: shell section 'Beam' is given to 2 elements that are no shells, the "
+                    "first is 9 of I (B31)\n"))
+        << result.output;
+}
+
 TEST_F(SectionsTold, ParametersThatAreNotKeptAreStrictErrors) {
     auto const result = Translate({"--strict"});
     EXPECT_EQ(result.status, 2);

@@ -64,6 +64,17 @@ std::string JsonSummary(Options const& options, TranslationSummary const& summar
         json.Member("instance", block.instance).Member("label", block.label).EndObject();
     }
     json.EndArray().EndObject();
+    json.Key("sectionsOfAnotherKind").BeginObject();
+    json.Member("elements", summary.misfits.elements);
+    json.Member("sections", summary.misfits.sections);
+    json.Key("first").BeginArray();
+    for (Misfit const& section : summary.misfits.first) {
+        json.BeginObject().Member("file", section.path).Member("line", section.line);
+        json.Member("kind", FittingElement(section.kind)).Member("set", section.set);
+        json.Member("elements", section.count).Member("type", section.type);
+        json.Member("instance", section.instance).Member("label", section.label).EndObject();
+    }
+    json.EndArray().EndObject();
     json.Member("seconds", seconds);
     json.EndObject();
     return json.Text();
@@ -84,6 +95,27 @@ std::string SectionlessText(TranslationSummary const& summary) {
         text += "and those of " + std::to_string(more) +
                 (more == 1 ? " more keyword" : " more keywords") + ", " +
                 std::to_string(summary.sectionlessElements) + " elements in all\n";
+    }
+    return text;
+}
+
+std::string MisfitText(Misfits const& misfits) {
+    std::string text;
+    for (Misfit const& section : misfits.first) {
+        std::string const kind = FittingElement(section.kind);
+        text += section.path + ":" + std::to_string(section.line) + ": " + kind + " section '" +
+                Shown(section.set) + "' is given to " + std::to_string(section.count) +
+                (section.count == 1 ? " element that is no " + kind
+                                    : " elements that are no " + kind + "s") +
+                ", the first is " + std::to_string(section.label);
+        if (!section.instance.empty()) text += " of " + NameText(section.instance);
+        text += " (" + section.type + ")\n";
+    }
+    long const more = misfits.sections - static_cast<long>(misfits.first.size());
+    if (more > 0) {
+        text += "and " + std::to_string(more) +
+                (more == 1 ? " more section, " : " more sections, ") +
+                std::to_string(misfits.elements) + " elements in all\n";
     }
     return text;
 }
@@ -119,6 +151,7 @@ std::string PlainSummary(Options const& options, TranslationSummary const& summa
     for (auto const& [note, count] : summary.notes)
         text += note + ": " + std::to_string(count) + "\n";
     text += SectionlessText(summary);
+    text += MisfitText(summary.misfits);
     char row[80];
     std::snprintf(row, sizeof row, "%-24s %12.2f\n", "seconds", seconds);
     return text + row;
@@ -147,8 +180,9 @@ int Translate(Options const& options) {
     }
     place.Publish();
     std::chrono::duration<double> const seconds = std::chrono::steady_clock::now() - start;
-    Print(options.json ? JsonSummary(options, summary, classes, seconds.count())
-                       : PlainSummary(options, summary, classes, seconds.count()));
+    PrintAbout(options.output, options.json
+                                   ? JsonSummary(options, summary, classes, seconds.count())
+                                   : PlainSummary(options, summary, classes, seconds.count()));
     return 0;
 }
 
@@ -161,7 +195,9 @@ void AddTranslate(CLI::App& app, Action& action) {
     command->add_option("DECK", options->deck, "The deck to read")->required();
     command->add_option("-o,--output", options->output, "The document to make, such as MODEL.ksd")
         ->required();
-    command->add_flag("--strict", options->strict, "Take a keyword that is not known for an error");
+    command->add_flag("--strict", options->strict,
+                      "Take keywords that are not known, and parameters that are not kept, for "
+                      "errors");
     command->add_flag("--json", options->json, "Print the summary as JSON");
     command->callback([options, &action] { action = [options] { return Translate(*options); }; });
 }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <iterator>
 #include <map>
 #include <utility>
 
@@ -33,6 +34,16 @@ void ElementMarks::Mark(int first, int count, int stride) {
     }
 }
 
+int ElementMarks::Take(int first, int count, int stride) {
+    int taken = 0;
+    for (int i = 0; i < count; ++i) {
+        int const element = first + i * stride;
+        taken += IsMarked(element) ? 0 : 1;
+        Mark(element, 1, 1);
+    }
+    return taken;
+}
+
 int ElementMarks::Unmarked(int first, int end, int& unmarked) const {
     int count = 0;
     for (int element = first; element < end;) {
@@ -51,6 +62,14 @@ int ElementMarks::Unmarked(int first, int end, int& unmarked) const {
 void ElementBlocks::Begin(int first, ElementType const& type, DeckLine const& at) {
     if (!m_blocks.empty() && m_blocks.back().first == first) m_blocks.pop_back();
     m_blocks.push_back({first, &type, at});
+}
+
+ElementBlocks::Range ElementBlocks::RangeOf(int element, int elements) const {
+    auto const behind =
+        std::upper_bound(m_blocks.begin(), m_blocks.end(), element,
+                         [](int sought, Block const& block) { return sought < block.first; });
+    Block const& block = *std::prev(behind);
+    return {block.first, behind == m_blocks.end() ? elements : behind->first, block.type};
 }
 
 std::vector<Sectionless> ElementBlocks::Unmarked(ElementMarks const& marks, int elements,

@@ -20,6 +20,8 @@ class ElementMarks {
     /// The first member of a run that is marked; -1 if none is.
     int FirstMarked(int first, int count, int stride) const;
     void Mark(int first, int count, int stride);
+    /// Marks a run; the number of its members that were not marked before.
+    int Take(int first, int count, int stride);
     /// The elements of [first, end) that are not marked; the first of them in `unmarked`.
     int Unmarked(int first, int end, int& unmarked) const;
 
@@ -46,6 +48,15 @@ class ElementBlocks {
   public:
     /// The elements from `first` on are those of the keyword at `at`.
     void Begin(int first, ElementType const& type, DeckLine const& at);
+
+    /// Elements that one keyword gave.
+    struct Range {
+        int first = 0;
+        int end = 0;
+        ElementType const* type = nullptr;
+    };
+    /// Those that `element` is one of. `elements`: of the whole mesh.
+    Range RangeOf(int element, int elements) const;
 
     /// The blocks with elements that are not marked and whose type asks for a section, in the order
     /// of the deck: the first `most` of them. `blocks` and `elements` count all of them.

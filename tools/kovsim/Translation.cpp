@@ -22,6 +22,8 @@ constexpr std::size_t kDeepest = 64;
 
 // So many keywords are named whose elements are in no section.
 constexpr std::size_t kMostSectionless = 10;
+// So many sections that are given to elements of another kind.
+constexpr std::size_t kMostMisfits = 10;
 
 constexpr char kChanged[] = "the file has changed while it was read; expected the same lines";
 
@@ -90,6 +92,7 @@ void Translation::ResolveSections() {
     m_summary.sectionless =
         m_blocks.Unmarked(marks, elements, m_scopes, m_sections.files, kMostSectionless,
                           m_summary.sectionlessBlocks, m_summary.sectionlessElements);
+    m_summary.misfits = FindMisfits(m_sections, m_blocks, elements, m_scopes, kMostMisfits);
 }
 
 void Translation::WriteLayers() { WriteShellLayers(m_model.Document(), m_sections, m_shares); }

@@ -29,6 +29,7 @@
 #include "ModelWriter.h"
 #include "NodeRepeats.h"
 #include "Scope.h"
+#include "SectionFit.h"
 #include "SectionTable.h"
 
 namespace kov::tool {
@@ -65,6 +66,7 @@ struct TranslationSummary {
     std::vector<Sectionless> sectionless;         ///< elements that are in no section; the first
     long sectionlessBlocks = 0;                   ///< keywords that gave any such
     long sectionlessElements = 0;
+    Misfits misfits;  ///< sections given to elements of another kind
 };
 
 /// The keywords with an end of their own that are open, and the parts of the deck.
