@@ -47,6 +47,7 @@ int Run(int argc, char** argv) {
     kov::tool::AddClasses(app, action);
     kov::tool::AddSections(app, action);
     kov::tool::AddLayup(app, action);
+    kov::tool::AddMaterials(app, action);
     kov::tool::AddVerify(app, action);
     kov::tool::AddCompact(app, action);
     kov::tool::AddExport(app, action);
