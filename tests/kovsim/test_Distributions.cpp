@@ -410,7 +410,8 @@ TEST(DistributionsOfPipes, HaveLabelsButNoSets) {
               "deck.inp:14: element 10 has a second value in distribution 'D', first at line 13; "
               "expected one");
     EXPECT_EQ(error(kMesh + kHead + "All, 1\n"),
-              "deck.inp:13: names a set, whose members are known at the end of the deck; expected "
+              "deck.inp:13: distribution 'D' names a set, whose members are known at the end of "
+              "the deck; expected "
               "a regular file, which can be read twice");
     EXPECT_EQ(error(kMesh + kHead + "60, 1\n"),
               "deck.inp:13: refers to what is not defined before; expected a regular file, which "

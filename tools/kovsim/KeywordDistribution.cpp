@@ -183,7 +183,8 @@ class ValueReader {
         if (found.ordinal == LabelTable::None && !IsSecond()) {
             if (reader.Size() < 0) {
                 reader.Fail(
-                    "names a set, whose members are known at the end of the deck; expected a "
+                    Shown() +
+                    " names a set, whose members are known at the end of the deck; expected a "
                     "regular file, which can be read twice");
             }
             return false;
