@@ -82,7 +82,7 @@ TEST_F(CommandLine, ASummaryThatCannotBeWrittenLeavesWhatWasMade) {
         EXPECT_EQ(full.errors, "kovsim: " + made +
                                    " is made and whole, but the summary is lost: cannot write to "
                                    "standard output: No space left on device\n");
-        EXPECT_TRUE(std::filesystem::exists(work / made)) << command;
+        EXPECT_TRUE(std::filesystem::exists(work / made.c_str())) << command;
     }
 }
 
