@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "CommandFixture.h"
 #include "DamagedDocuments.h"
 #include "JsonText.h"
 #include "KOVObjDocument.h"
@@ -14,35 +15,25 @@
 #include "KOVSimSet.h"
 #include "KOVSrvEltClassificationBuilder.h"
 #include "ModelBuilder.h"
-#include "Process.h"
 
 namespace kov::test {
 namespace {
 
 namespace fs = std::filesystem;
 
-class Classes : public ::testing::Test {
+class Classes : public CommandTest {
   protected:
-    template <class Build>
-    void Make(Build const& build) {
-        fs::remove_all(work / "m.ksd");
-        KOVObjDocument const document = KOVObjDocument::Create((work / "m.ksd").c_str());
-        build(document);
-        document.Close();
-    }
+    Classes() : CommandTest("classes") {}
     static void BuildClassified(KOVObjDocument const& document) {
         BuildAssembly(document);
         KOVSrvEltClassificationBuilder(document.Focus())
             .BuildEltClassification(KOVSrvEltClassificationByShape);
     }
-    std::string Show(int status, std::vector<std::string> arguments = {}) const {
-        arguments.insert(arguments.begin(), {"classes", "m.ksd"});
-        Workshop::Result const result = work.Run(arguments);
+    std::string Show(int status, std::vector<std::string> const& arguments = {}) const {
+        Workshop::Result const result = Ask(arguments);
         EXPECT_EQ(result.status, status) << result.output << result.errors;
         return status == 2 ? result.errors : result.output;
     }
-
-    Workshop work;
 };
 
 char const kClasses[] =

@@ -2,33 +2,20 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <filesystem>
 #include <string>
 #include <vector>
 
+#include "CommandFixture.h"
 #include "JsonText.h"
 #include "KOVObjDocument.h"
 #include "ModelBuilder.h"
-#include "Process.h"
 
 namespace kov::test {
 namespace {
 
-namespace fs = std::filesystem;
-
-class Find : public ::testing::Test {
+class Find : public CommandTest {
   protected:
-    template <class Build>
-    void Make(Build const& build) {
-        fs::remove_all(work / "m.ksd");
-        KOVObjDocument const document = KOVObjDocument::Create((work / "m.ksd").c_str());
-        build(document);
-        document.Close();
-    }
-    Workshop::Result Ask(std::vector<std::string> arguments) const {
-        arguments.insert(arguments.begin(), {"find", "m.ksd"});
-        return work.Run(arguments);
-    }
+    Find() : CommandTest("find") {}
     std::string Show(std::vector<std::string> const& arguments, int status = 0) const {
         Workshop::Result const result = Ask(arguments);
         EXPECT_EQ(result.status, status) << result.output << result.errors;
@@ -39,8 +26,6 @@ class Find : public ::testing::Test {
         }
         return result.status == 2 ? result.errors : result.output;
     }
-
-    Workshop work;
 };
 
 TEST_F(Find, NodesByInstanceAndLabel) {

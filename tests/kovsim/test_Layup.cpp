@@ -8,10 +8,10 @@
 #include <string>
 #include <vector>
 
+#include "CommandFixture.h"
 #include "DamagedDocuments.h"
 #include "JsonText.h"
 #include "KOVObjMeshedField.h"
-#include "Process.h"
 #include "SectionBuilder.h"
 
 namespace kov::test {
@@ -79,37 +79,11 @@ void BuildSections(KOVObjDocument const& document) {
     made.Commit();
 }
 
-class Layup : public ::testing::Test {
+class Layup : public CommandTest {
   protected:
-    void Make() { Make(BuildSections); }
-    template <class Build>
-    void Make(Build const& build) {
-        fs::remove_all(work / "m.ksd");
-        KOVObjDocument const document = KOVObjDocument::Create((work / "m.ksd").c_str());
-        build(document);
-        document.Close();
-    }
-    Workshop::Result Ask(std::vector<std::string> arguments) const {
-        arguments.insert(arguments.begin(), {"layup", "m.ksd"});
-        return work.Run(arguments);
-    }
-    /// What is shown, or the error without the path in front.
-    std::string Show(std::vector<std::string> const& arguments) const {
-        Workshop::Result const result = Ask(arguments);
-        if (result.status == 0) return result.output;
-        EXPECT_EQ(result.status, 2);
-        EXPECT_EQ(result.output, "");
-        EXPECT_EQ(result.errors.substr(0, 15), "kovsim: m.ksd: ");
-        return result.errors.substr(std::min<std::size_t>(15, result.errors.size()));
-    }
-    JsonValue Json(std::vector<std::string> arguments = {}) const {
-        arguments.push_back("--json");
-        Workshop::Result const result = Ask(arguments);
-        EXPECT_EQ(result.status, 0) << result.errors;
-        return ParseJson(result.output);
-    }
-
-    Workshop work;
+    Layup() : CommandTest("layup") {}
+    void Make() { CommandTest::Make(BuildSections); }
+    using CommandTest::Make;
 };
 
 char const kSkin[] =

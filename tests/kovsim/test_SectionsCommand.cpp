@@ -1,21 +1,19 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <filesystem>
 #include <map>
 #include <random>
 #include <set>
 #include <string>
 #include <vector>
 
+#include "CommandFixture.h"
 #include "JsonText.h"
-#include "Process.h"
 #include "SectionBuilder.h"
 
 namespace kov::test {
 namespace {
 
-namespace fs = std::filesystem;
 using Ints = SectionBuilder::Ints;
 
 constexpr int kQuadrilateral = 11;
@@ -54,23 +52,14 @@ void BuildSections(KOVObjDocument const& document) {
     made.Commit();
 }
 
-class Sections : public ::testing::Test {
+class Sections : public CommandTest {
   protected:
-    template <class Build>
-    void Make(Build const& build) {
-        fs::remove_all(work / "m.ksd");
-        KOVObjDocument const document = KOVObjDocument::Create((work / "m.ksd").c_str());
-        build(document);
-        document.Close();
-    }
-    std::string Show(int status, std::vector<std::string> arguments = {}) const {
-        arguments.insert(arguments.begin(), {"sections", "m.ksd"});
-        Workshop::Result const result = work.Run(arguments);
+    Sections() : CommandTest("sections") {}
+    std::string Show(int status, std::vector<std::string> const& arguments = {}) const {
+        Workshop::Result const result = Ask(arguments);
         EXPECT_EQ(result.status, status) << result.output << result.errors;
         return status == 2 ? result.errors : result.output;
     }
-
-    Workshop work;
 };
 
 TEST_F(Sections, AreListedWithWhatTheyGovern) {

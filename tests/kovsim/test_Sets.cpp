@@ -1,56 +1,28 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <filesystem>
 #include <string>
 #include <vector>
 
+#include "CommandFixture.h"
 #include "JsonText.h"
 #include "KOVObjDocument.h"
 #include "ModelBuilder.h"
-#include "Process.h"
 
 namespace kov::test {
 namespace {
 
-namespace fs = std::filesystem;
 using Ints = ModelBuilder::Ints;
 
-class Sets : public ::testing::Test {
+class Sets : public CommandTest {
   protected:
-    void Make() { Make(BuildAssembly); }
-    template <class Build>
-    void Make(Build const& build) {
-        fs::remove_all(work / "m.ksd");
-        KOVObjDocument const document = KOVObjDocument::Create((work / "m.ksd").c_str());
-        build(document);
-        document.Close();
-    }
+    Sets() : CommandTest("sets") {}
+    void Make() { CommandTest::Make(BuildAssembly); }
+    using CommandTest::Make;
     void Translate(std::string const& deck) {
         WriteFile(work / "d.inp", deck);
         ASSERT_EQ(work.Run({"translate", "d.inp", "-o", "m.ksd"}).status, 0);
     }
-    Workshop::Result Ask(std::vector<std::string> arguments) const {
-        arguments.insert(arguments.begin(), {"sets", "m.ksd"});
-        return work.Run(arguments);
-    }
-    /// What is shown, or the error without the path in front.
-    std::string Show(std::vector<std::string> const& arguments) const {
-        Workshop::Result const result = Ask(arguments);
-        if (result.status == 0) return result.output;
-        EXPECT_EQ(result.status, 2);
-        EXPECT_EQ(result.output, "");
-        EXPECT_EQ(result.errors.substr(0, 15), "kovsim: m.ksd: ");
-        return result.errors.substr(std::min<std::size_t>(15, result.errors.size()));
-    }
-    JsonValue Json(std::vector<std::string> arguments) const {
-        arguments.push_back("--json");
-        Workshop::Result const result = Ask(arguments);
-        EXPECT_EQ(result.status, 0) << result.errors;
-        return ParseJson(result.output);
-    }
-
-    Workshop work;
 };
 
 TEST_F(Sets, AreListed) {
