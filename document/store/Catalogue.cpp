@@ -315,8 +315,7 @@ void Catalogue::Raise(int code, bool writing) const {
     if (error && ((code & 0xff) == SQLITE_IOERR || (code & 0xff) == SQLITE_CANTOPEN ||
                   (code & 0xff) == SQLITE_FULL)) {
         text += " (" + ErrnoText(error) + ")";
-        if (error == ENOSPC || error == EDQUOT || error == EFBIG)
-            throw NoRoom(text.c_str());
+        if (error == ENOSPC || error == EDQUOT || error == EFBIG) throw NoRoom(text.c_str());
     }
     if ((code & 0xff) == SQLITE_CORRUPT || (code & 0xff) == SQLITE_NOTADB) {
         text = where + ": the catalogue is damaged: " +
