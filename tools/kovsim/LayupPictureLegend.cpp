@@ -85,8 +85,9 @@ void DrawCompass(Svg& svg, LayupKeys const& keys, double x, double y) {
                  keys.directions.size() > 12 ? 1.4 : 3);
         if (keys.directions.size() > 12) continue;
         // Beside the axes, not on them.
-        auto [tx, ty] = On(angle, kRadius + 8);
-        ty += 4;
+        auto const beside = On(angle, kRadius + 8);
+        double tx = beside.first;
+        double ty = beside.second + 4;
         if (std::abs(angle) < 8) ty += angle < 0 ? 8 : -8;
         if (std::abs(angle) > 82) tx += 5;
         bool const free = std::all_of(labels.begin(), labels.end(), [&](auto const& other) {
