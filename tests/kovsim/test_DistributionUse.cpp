@@ -29,6 +29,13 @@ ScopedName Name(std::string const& text) {
     return name;
 }
 
+NamedDistribution const* FindDistribution(tool::Scopes& scopes, tool::Scope& scope,
+                                          tool::ScopedName const& name, std::string const& path,
+                                          int line) {
+    return tool::FindNamed(scopes, scope, &tool::Scope::distributions, name, "distribution", path,
+                           line);
+}
+
 // A mesh of 1000 elements of instance I, the labels 1 to 1000, and its distributions.
 class DistributionUse : public DocumentTest {
   protected:

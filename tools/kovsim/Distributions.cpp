@@ -38,39 +38,7 @@ void ForBlocks(KOVSimCSet const& elements, KOVSimCollection const& collection, F
     }
 }
 
-std::string Described(NamedDistribution const& distribution, Scope const* instance) {
-    std::string const text = "distribution '" + Shown(distribution.name) + "'";
-    return instance == nullptr ? text : text + " of instance '" + Shown(instance->name) + "'";
-}
-
-std::string Quoted(NamedDistribution const& distribution, Scope const* instance) {
-    std::string const text = '"' + Shown(distribution.name) + '"';
-    return instance == nullptr ? text : '"' + Shown(instance->name) + "\"." + text;
-}
-
 }  // namespace
-
-NamedDistribution const* FindDistribution(Scopes& scopes, Scope& scope, ScopedName const& name,
-                                          std::string const& path, int line) {
-    NamedDistribution const* const whole = scope.distributions.Find(name.text);
-    bool const bare = !name.quoted || name.dots.empty();
-    NamedDistribution const* found = bare ? whole : nullptr;
-    Scope const* of = nullptr;
-    ForCuts(scopes, scope, name, [&](Scope& instance, std::string_view rest) {
-        NamedDistribution const* const other = instance.distributions.Find(rest);
-        if (other == nullptr) return false;
-        if (found != nullptr) {
-            throw DeckError(path, line,
-                            "'" + Shown(name.text) + "' is " + Described(*found, of) + " and " +
-                                Described(*other, &instance) + "; expected quotes, as in " +
-                                Quoted(*found, of) + " or " + Quoted(*other, &instance));
-        }
-        found = other;
-        of = &instance;
-        return false;
-    });
-    return found == nullptr ? whole : found;
-}
 
 std::string UnknownDistribution(Scopes& scopes, Scope& scope, ScopedName const& name) {
     NearestSearch search(name.text);

@@ -18,11 +18,6 @@
 
 namespace kov::tool {
 
-/// The distribution that a name stands for in `scope`: one of its own, or on assembly level
-/// `instance.name`. Null if there is none. Throws at that line if the name fits several.
-NamedDistribution const* FindDistribution(Scopes& scopes, Scope& scope, ScopedName const& name,
-                                          std::string const& path, int line);
-
 /// What to say of a name that stands for none: "'D' is no distribution; expected ..." with the
 /// nearest names that there are.
 std::string UnknownDistribution(Scopes& scopes, Scope& scope, ScopedName const& name);

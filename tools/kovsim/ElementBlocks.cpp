@@ -75,12 +75,10 @@ ElementBlocks::Range ElementBlocks::RangeOf(int element, int elements) const {
 std::vector<Sectionless> ElementBlocks::Unmarked(ElementMarks const& marks, int elements,
                                                  Scopes const& scopes, FileNames const& files,
                                                  std::size_t most, long& blocks, long& all) const {
-    struct Found {
-        std::size_t place;  ///< in `shown`, or `most` beyond it
-    };
     std::vector<Sectionless> shown;
-    // A part is read for each of its instances: one finding for all of them.
-    std::map<std::pair<int, int>, Found> found;
+    // A part is read for each of its instances: one finding for all of them. By file and line;
+    // those beyond the first have the place `most`.
+    std::map<std::pair<int, int>, std::size_t> found;
     for (std::size_t i = 0; i < m_blocks.size(); ++i) {
         Block const& block = m_blocks[i];
         if (!NeedsSection(*block.type)) continue;
@@ -89,8 +87,7 @@ std::vector<Sectionless> ElementBlocks::Unmarked(ElementMarks const& marks, int 
         int const count = marks.Unmarked(block.first, end, first);
         if (count == 0) continue;
         all += count;
-        auto const [at, isNew] =
-            found.try_emplace({block.at.file, block.at.line}, Found{shown.size()});
+        auto const [at, isNew] = found.try_emplace({block.at.file, block.at.line}, shown.size());
         if (isNew) {
             ++blocks;
             if (shown.size() < most) {
@@ -98,10 +95,10 @@ std::vector<Sectionless> ElementBlocks::Unmarked(ElementMarks const& marks, int 
                 shown.push_back({files.Path(block.at), block.at.line, std::string(block.type->name),
                                  0, scope.elementLabels.LabelOf(first), scope.name});
             } else {
-                at->second.place = most;
+                at->second = most;
             }
         }
-        if (at->second.place < shown.size()) shown[at->second.place].count += count;
+        if (at->second < shown.size()) shown[at->second].count += count;
     }
     return shown;
 }

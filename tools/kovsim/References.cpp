@@ -106,6 +106,23 @@ bool ScopedName::Read(FieldScanner& fields) {
     return closed;
 }
 
+void FailAmbiguous(ScopedName const& name, char const* kind, std::string const& first,
+                   Scope const* ofFirst, std::string const& second, Scope const& ofSecond,
+                   std::string const& path, int line) {
+    auto const described = [kind](std::string const& object, Scope const* instance) {
+        std::string const text = std::string(kind) + " '" + Shown(object) + "'";
+        return instance == nullptr ? text : text + " of instance '" + Shown(instance->name) + "'";
+    };
+    auto const quoted = [](std::string const& object, Scope const* instance) {
+        std::string const text = '"' + Shown(object) + '"';
+        return instance == nullptr ? text : '"' + Shown(instance->name) + "\"." + text;
+    };
+    throw DeckError(path, line,
+                    "'" + Shown(name.text) + "' is " + described(first, ofFirst) + " and " +
+                        described(second, &ofSecond) + "; expected quotes, as in " +
+                        quoted(first, ofFirst) + " or " + quoted(second, &ofSecond));
+}
+
 Reference FindReference(Scopes& scopes, Scope& scope, Entity const& entity, ScopedName const& name,
                         DeckReader const& reader, int line) {
     return FindReference(scopes, scope, entity, name, reader.Path(), line);

@@ -46,6 +46,35 @@ void ForCuts(Scopes& scopes, Scope const& scope, ScopedName const& name, F&& f) 
     }
 }
 
+/// Throws at that line: a name without quotes is this object and that one. A null instance is the
+/// scope itself.
+[[noreturn]] void FailAmbiguous(ScopedName const& name, char const* kind, std::string const& first,
+                                Scope const* ofFirst, std::string const& second,
+                                Scope const& ofSecond, std::string const& path, int line);
+
+/// The object of a table of scopes, such as their orientations, that a name stands for: one of
+/// `scope` itself, or of an instance at the root. Null if there is none. Throws at that line if the
+/// name fits several. `kind`: "orientation" and the like.
+template <class Object>
+Object const* FindNamed(Scopes& scopes, Scope& scope, NameTable<Object> Scope::*table,
+                        ScopedName const& name, char const* kind, std::string const& path,
+                        int line) {
+    Object const* const whole = (scope.*table).Find(name.text);
+    Object const* found = name.quoted && !name.dots.empty() ? nullptr : whole;
+    Scope const* of = nullptr;
+    ForCuts(scopes, scope, name, [&](Scope& instance, std::string_view rest) {
+        Object const* const within = (instance.*table).Find(rest);
+        if (within == nullptr) return false;
+        if (found != nullptr) {
+            FailAmbiguous(name, kind, found->name, of, within->name, instance, path, line);
+        }
+        found = within;
+        of = &instance;
+        return false;
+    });
+    return found == nullptr ? whole : found;
+}
+
 /// Looks a name up from `scope`. Throws at line `line` of the file if it fits several things.
 Reference FindReference(Scopes& scopes, Scope& scope, Entity const& entity, ScopedName const& name,
                         std::string const& path, int line);

@@ -20,16 +20,6 @@ void LookAt(NearestSearch& search, Objects const& objects) {
     for (auto const& object : objects) search.Look(object.name);
 }
 
-// An orientation with its instance, null for one of the assembly, and the way to write its name.
-std::string Described(NamedOrientation const& orientation, Scope const* instance) {
-    std::string const text = "orientation '" + Shown(orientation.name) + "'";
-    return instance == nullptr ? text : text + " of instance '" + Shown(instance->name) + "'";
-}
-std::string Quoted(NamedOrientation const& orientation, Scope const* instance) {
-    std::string const text = '"' + Shown(orientation.name) + '"';
-    return instance == nullptr ? text : '"' + Shown(instance->name) + "\"." + text;
-}
-
 }  // namespace
 
 ElementMarks SectionResolver::Resolve(int elements) {
@@ -69,31 +59,14 @@ void SectionResolver::ResolveMaterials() {
     }
 }
 
-// As for sets and distributions: a bare name that fits several is an error that asks for quotes.
 NamedOrientation const* SectionResolver::FindOrientation(Mention const& mention) {
-    ScopedName const& name = mention.name;
-    NamedOrientation const* const whole = mention.scope->orientations.Find(name.text);
-    NamedOrientation const* found = name.quoted && !name.dots.empty() ? nullptr : whole;
-    Scope const* of = nullptr;
-    ForCuts(m_scopes, *mention.scope, name, [&](Scope& instance, std::string_view rest) {
-        NamedOrientation const* const within = instance.orientations.Find(rest);
-        if (within == nullptr) return false;
-        if (found != nullptr) {
-            m_table.files.Fail(mention.first,
-                               "'" + Shown(name.text) + "' is " + Described(*found, of) + " and " +
-                                   Described(*within, &instance) + "; expected quotes, as in " +
-                                   Quoted(*found, of) + " or " + Quoted(*within, &instance));
-        }
-        found = within;
-        of = &instance;
-        return false;
-    });
-    return found == nullptr ? whole : found;
+    return FindNamed(m_scopes, *mention.scope, &Scope::orientations, mention.name, "orientation",
+                     m_table.files.Path(mention.first), mention.first.line);
 }
 
 NamedDistribution const* SectionResolver::FindDistribution(Mention const& mention) {
-    return kov::tool::FindDistribution(m_scopes, *mention.scope, mention.name,
-                                       m_table.files.Path(mention.first), mention.first.line);
+    return FindNamed(m_scopes, *mention.scope, &Scope::distributions, mention.name, "distribution",
+                     m_table.files.Path(mention.first), mention.first.line);
 }
 
 void SectionResolver::ResolveOrientation(Mention& mention) {
