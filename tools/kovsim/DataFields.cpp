@@ -1,5 +1,7 @@
 #include "DataFields.h"
 
+#include <algorithm>
+
 #include "Names.h"
 
 namespace kov::tool {
@@ -25,6 +27,13 @@ void FailNumber(DeckReader const& reader, FieldScanner const& fields, Result res
                 (result == Result::TooLarge ? " is too large a number; expected "
                                             : " is no number; expected ") +
                 what);
+}
+
+bool HasControl(std::string_view text) {
+    return std::any_of(text.begin(), text.end(), [](char const c) {
+        auto const byte = static_cast<unsigned char>(c);
+        return byte < 0x20 || byte == 0x7f;
+    });
 }
 
 }  // namespace kov::tool

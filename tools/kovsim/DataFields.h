@@ -3,6 +3,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include "DeckReader.h"
 #include "FieldScanner.h"
@@ -16,6 +17,10 @@ namespace kov::tool {
 /// After a field that was no real number.
 [[noreturn]] void FailNumber(DeckReader const& reader, FieldScanner const& fields,
                              FieldScanner::Result result, char const* what);
+
+/// True if a control character is in a text: messages show names without them, so that two names
+/// might look alike.
+bool HasControl(std::string_view text);
 
 /// A label: a whole number from 1 upward.
 inline int ReadLabel(DeckReader const& reader, FieldScanner& fields, char const* what,

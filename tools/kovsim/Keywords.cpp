@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "DataFields.h"
 #include "KOVSrvKeywordParameterReader.h"
 #include "Names.h"
 
@@ -66,13 +67,6 @@ std::string Trimmed(std::string text) {
     text.erase(text.find_last_not_of(kBlanks) + 1);
     text.erase(0, text.find_first_not_of(kBlanks));
     return text;
-}
-
-bool HasControl(std::string_view text) {
-    return std::any_of(text.begin(), text.end(), [](char const c) {
-        auto const byte = static_cast<unsigned char>(c);
-        return byte < 0x20 || byte == 0x7f;
-    });
 }
 
 }  // namespace

@@ -1,7 +1,5 @@
 #include "LayerLine.h"
 
-#include <algorithm>
-
 #include "DataFields.h"
 #include "Names.h"
 
@@ -17,13 +15,6 @@ void CheckPositive(DeckReader const& reader, FieldScanner const& fields, double 
                    char const* what) {
     if (value > 0) return;
     reader.Fail("'" + Shown(fields.Field()) + "' is no number above 0; expected " + what);
-}
-
-bool HasControl(std::string_view text) {
-    return std::any_of(text.begin(), text.end(), [](char const c) {
-        auto const byte = static_cast<unsigned char>(c);
-        return byte < 0x20 || byte == 0x7f;
-    });
 }
 
 }  // namespace
@@ -146,7 +137,6 @@ ScopedName const& LayerReader::ReadName(DeckReader const& reader, FieldScanner& 
     return m_name;
 }
 
-// Messages and lists show names without such characters: two names might look alike.
 void LayerReader::CheckText(DeckReader const& reader, std::string const& text,
                             char const* whose) const {
     if (!HasControl(text)) return;
