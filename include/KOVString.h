@@ -51,6 +51,10 @@ class KOV_EXPORT KOVString : public atr_StringBase {
     KOVString& Append(char const* tail);
     KOVString& operator+=(KOVString const& tail) { return Append(tail); }
     KOVString& operator+=(char const* tail) { return Append(tail); }
+    /// Appends the number in decimal, with a sign only if it is negative.
+    KOVString& operator+=(int number);
+    /// A single character is no number.
+    KOVString& operator+=(char) = delete;
 
     /// Byte order of this text against `other`: negative, 0 or positive. Null counts as "".
     int Compare(char const* other) const;

@@ -46,6 +46,12 @@ void KOVString::BuildFromNum(int number, char const* format) {
 }
 #pragma GCC diagnostic pop
 
+KOVString& KOVString::operator+=(int number) {
+    KOVString text;
+    text.BuildFromNum(number, "%d");
+    return Append(text);
+}
+
 int KOVString::ConvertToNum(int* number, char const* format) const {
     if (!number || !format || format[0] != '%' || format[1] == '\0' || format[2] != '\0') return 0;
     int base = 10;

@@ -147,6 +147,17 @@ TEST(KOVString, AppendsAndAdds) {
     EXPECT_STREQ(("x" + KOVString("y")).Text(), "xy");
 }
 
+TEST(KOVString, NumbersAreAppendedInDecimal) {
+    KOVString text("Field_");
+    text += 0;
+    EXPECT_EQ(text, "Field_0");
+    (text += 12) += -2147483647 - 1;
+    EXPECT_EQ(text, "Field_012-2147483648");
+    KOVString empty;
+    empty += 7;
+    EXPECT_EQ(empty, "7");
+}
+
 TEST(KOVString, AppendingNothingOrItselfWorks) {
     KOVString a("ab");
     a += a;
