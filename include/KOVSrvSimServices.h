@@ -32,6 +32,7 @@
 #include "KOVSrvKwd.h"
 #include "KOVSrvLabelMapper.h"
 #include "KOVSrvLabelerType.h"
+#include "KOVSrvLumenChecker.h"
 #include "KOVSrvNodalCoordinates.h"
 #include "KOVSrvSectionServices.h"
 #include "KOVSrvSetMapperFactory.h"
