@@ -83,6 +83,10 @@ SectionError const kCases[] = {
      "deck.inp:27: 'TRAPEZOID' is not known; expected SECTION INTEGRATION=SIMPSON or GAUSS"},
     {"StackDirection", "*SOLID SECTION, ELSET=LEFT, COMPOSITE, STACK DIRECTION=4\n1,, Steel\n",
      "deck.inp:27: '4' is not known; expected STACK DIRECTION=1, 2, 3 or ORIENTATION"},
+    {"StackDirectionWithoutOrientation",
+     "*SOLID SECTION, ELSET=LEFT, COMPOSITE, STACK DIRECTION=ORIENTATION\n1,, Steel\n",
+     "deck.inp:27: *SOLID SECTION with STACK DIRECTION=ORIENTATION but without ORIENTATION; "
+     "expected both"},
     // ---- sets ----
     {"UnknownSet", "*SHELL SECTION, ELSET=LEFTT, MATERIAL=Steel\n1\n",
      "deck.inp:27: 'LEFTT' is no element set; expected an element set of the deck; did you mean "
@@ -196,6 +200,10 @@ SectionError const kCases[] = {
      "deck.inp:27: 'E' is no distribution; expected a distribution of the deck"},
     {"UnknownShellThickness", kShell + ", SHELL THICKNESS=E\n" + kD + ", 1\n",
      "deck.inp:27: 'E' is no distribution; expected a distribution of the deck"},
+    {"DistributionAtNodes",
+     kShell + ", SHELL THICKNESS=e\n*DISTRIBUTION, NAME=E, LOCATION=NODE, TABLE=T\n1, 2\n",
+     "deck.inp:27: distribution 'E' of line 28 gives no values to elements; expected a "
+     "distribution with LOCATION=ELEMENT"},
     {"OrientationAndDistribution",
      kLayers + "1,, Steel, D\n*ORIENTATION, NAME=D\n1, 0, 0, 0, 1, 0\n" + kD + ", 1\n",
      "deck.inp:28: 'D' is an orientation and a distribution; expected names that differ"},

@@ -166,6 +166,17 @@ TEST_F(Sections, OfADocumentWithoutAnyAreNone) {
     EXPECT_EQ(Show(0), "the model has no sections\n");
 }
 
+TEST_F(Sections, OfElementsThatNeedThemButHaveNoneAreIncomplete) {
+    Make([](KOVObjDocument const& document) {
+        SectionBuilder made(document);
+        made.model.Space(0, 1);
+        made.model.Assignment({{made.model.Specification("S4", kQuadrilateral), {0}}});
+        made.Commit();
+    });
+    EXPECT_EQ(Show(1), "the model has no sections\n");
+    EXPECT_FALSE(ParseJson(Show(1, {"--json"}))["complete"].truth);
+}
+
 TEST_F(Sections, AnAssignmentThatStandsTwiceGovernsOnce) {
     Make([](KOVObjDocument const& document) {
         SectionBuilder made(document);

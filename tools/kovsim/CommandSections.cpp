@@ -136,7 +136,7 @@ int ShowSections(Options const& options) {
     return WhileReading(options.document, [&] {
         SectionCoverage const coverage = ReadSectionCoverage(document);
         options.json ? PrintJson(options, document, coverage) : PrintText(document, coverage);
-        return coverage.assignments.empty() || coverage.IsComplete() ? 0 : 1;
+        return coverage.IsComplete() ? 0 : 1;
     });
 }
 

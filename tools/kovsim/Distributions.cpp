@@ -41,6 +41,10 @@ void ForBlocks(KOVSimCSet const& elements, KOVSimCollection const& collection, F
 }  // namespace
 
 std::string UnknownDistribution(Scopes& scopes, Scope& scope, ScopedName const& name) {
+    if (NamedElsewhere const* const found = scope.distributionsElsewhere.Find(name.text)) {
+        return "distribution '" + Shown(found->name) + "' of line " + std::to_string(found->line) +
+               " gives no values to elements; expected a distribution with LOCATION=ELEMENT";
+    }
     NearestSearch search(name.text);
     for (Scope const& other : scopes.All()) {
         if (&other != &scope && !scope.IsRoot()) continue;

@@ -395,6 +395,8 @@ void ReadDistribution(Translation& translation, DeckReader& reader, KeywordLine 
     KeywordParameters const parameters(reader, line, {"name", "location", "table"});
     std::string const name = parameters.Required("name");
     if (LowerCase(parameters.Required("location")) != "element") {
+        translation.MakeFirst("distribution", &Scope::distributionsElsewhere, name, reader,
+                              line.line);
         translation.Note("distributions at another location than ELEMENT, not kept");
         return;
     }

@@ -71,6 +71,13 @@ struct NamedDistributionTable {
     int columns = 0;    ///< numbers that they stand for
 };
 
+/// A distribution that gives no numbers to elements, and of which only the name is kept.
+struct NamedElsewhere {
+    std::string name;  ///< as it was typed
+    std::string path;  ///< of the file with its keyword
+    int line = 0;      ///< of that keyword
+};
+
 /// A table field: numbers by element. Its values are in the document.
 struct NamedDistribution : TableField {
     std::string name;              ///< as it was typed
@@ -137,6 +144,7 @@ struct Scope {
     NameTable<NamedPly> plies;
     NameTable<NamedDistributionTable> distributionTables;
     NameTable<NamedDistribution> distributions;
+    NameTable<NamedElsewhere> distributionsElsewhere;
     // Ordinals of an instance follow each other. The counts are -1 until its end.
     int firstNode = 0;
     int nodes = 0;

@@ -46,6 +46,12 @@ void TakeComposite(Translation& translation, DeckReader const& reader, KeywordLi
             1 + WordOf(reader, line, parameters.Value("stack direction"),
                        {"1", "2", "3", "orientation"}, "STACK DIRECTION=1, 2, 3 or ORIENTATION"));
     }
+    constexpr int kByOrientation = 4;
+    if (section.stackDirection == kByOrientation && !parameters.Has("orientation")) {
+        reader.FailAt(line.line, ShownKeyword(line) +
+                                     " with STACK DIRECTION=ORIENTATION but without ORIENTATION; "
+                                     "expected both");
+    }
     if (section.composite && parameters.Has("material")) {
         reader.FailAt(line.line, ShownKeyword(line) +
                                      " with COMPOSITE and MATERIAL; expected the materials in the "
