@@ -26,11 +26,17 @@ namespace {
 std::string PackTexts(KOVBasVector<KOVString> const& texts) {
     std::string packed;
     for (KOVString const& text : texts) {
-        char const* const bytes = text.Text() ? text.Text() : "";
-        kov::base::AppendVarint(packed, std::strlen(bytes));
-        packed += bytes;
+        auto const bytes = static_cast<std::size_t>(text.GetLengthInByte());
+        kov::base::AppendVarint(packed, bytes);
+        packed.append(text.TextOrEmpty(), bytes);
     }
     return packed;
+}
+
+KOVString AsText(std::string const& bytes) {
+    KOVString text;
+    text.BuildFromUTF8(bytes.data(), static_cast<int>(bytes.size()));
+    return text;
 }
 
 bool UnpackTexts(std::string_view packed, std::vector<std::string>& texts) {
@@ -100,13 +106,13 @@ int KOVSimFTable::LabelCount() const { return static_cast<int>(m_content->labels
 KOVString KOVSimFTable::ColumnLabel(int column) const {
     if (column < 0 || column >= ColumnCount())
         KOVSimException::ThrowIndex("column label of a function table", column, ColumnCount());
-    return {m_content->columnLabels[static_cast<std::size_t>(column)].c_str()};
+    return AsText(m_content->columnLabels[static_cast<std::size_t>(column)]);
 }
 
 KOVString KOVSimFTable::Label(int index) const {
     if (index < 0 || index >= LabelCount())
         KOVSimException::ThrowIndex("label of a function table", index, LabelCount());
-    return {m_content->labels[static_cast<std::size_t>(index)].c_str()};
+    return AsText(m_content->labels[static_cast<std::size_t>(index)]);
 }
 
 void KOVSimFTable::GetData(double* out, int n) const {

@@ -398,6 +398,31 @@ TEST_P(Transfer, AFunctionTableKeepsItsLabelsAndEveryBit) {
     EXPECT_THROW(table.ColumnLabel(3), KOVSimException);
 }
 
+TEST_P(Transfer, LabelsOfAFunctionTableKeepAnyBytes) {
+    KOVString zero;
+    zero.BuildFromUTF8("a\0b", 3);
+    KOVString const odd("\xFF\xFE");
+    KOVSimFTableID id;
+    {
+        KOVSimTransaction transaction(document.ContextID());
+        KOVBasVector<KOVString> labels, columnLabels;
+        labels.PushBack(zero);
+        columnLabels.PushBack(odd);
+        columnLabels.PushBack(zero);
+        std::vector<double> const data = Counting(2);
+        id = document.Focus().CreateFTable(schema::FTable(), 1, labels, columnLabels, data.data(),
+                                           2);
+        transaction.Commit();
+    }
+    Reopen();
+    KOVSimFTable const table(KOVSimFTableID(Renew(id)));
+    ASSERT_EQ(table.ColumnCount(), 2);
+    EXPECT_EQ(table.Label(0), zero);
+    EXPECT_EQ(table.ColumnLabel(0), odd);
+    EXPECT_EQ(table.ColumnLabel(1), zero);
+    EXPECT_NE(table.ColumnLabel(1), "a");
+}
+
 TEST_P(Transfer, LabelsAreTheFirstColumnsOfAFunctionTableWithValuesForThemToo) {
     KOVSimFTableID id;
     std::vector<double> const data = Counting(6);
