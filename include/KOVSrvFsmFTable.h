@@ -23,13 +23,17 @@ class KOV_EXPORT KOVSrvFsmFTable {
 
     /// Creates a table in the document of `owner` and links it from there under `member`; in a
     /// transaction. Appends "Temperature" to `secondLabels` if `hasTemperature`, then
-    /// `fieldVariableCount` labels "Field_0", "Field_1", ...; they stay in the caller's vector,
-    /// which names the columns. What `firstLabels` mean is the caller's affair. `values`:
-    /// (rowCount, secondLabels), row-major; copied. `tableType`: schema type of the table.
+    /// `fieldVariableCount` labels "Field_0", "Field_1", ...; they stay in the caller's vector.
+    /// `values`: (rowCount, columnCount), row-major; copied. `tableType`: schema type of the table.
+    ///
+    /// `columnCount` tells which labels name columns: as many as `secondLabels` has by then, and
+    /// these do, while what `firstLabels` mean is the caller's affair; or as many as both lists
+    /// have, and the columns are those of `firstLabels`, then those of `secondLabels`. Any other
+    /// count is refused with KOVSimException.
     ///
     /// Without rows, or with a `columnCount` of 0, nothing is created and nothing linked, and the
-    /// handle stays as it was. Throws KOVSimException where rowCount * columnCount is not the
-    /// number of values of such a table.
+    /// handle stays as it was. A table is stored whole: one of more than some 120 million values
+    /// is refused.
     void CreateTable(KOVSimPosition& owner, int tableType, int rowCount, int columnCount,
                      KOVBasVector<KOVString>& firstLabels, KOVBasVector<KOVString>& secondLabels,
                      int member, double* values, int fieldVariableCount, bool hasTemperature);

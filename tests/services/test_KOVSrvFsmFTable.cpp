@@ -158,6 +158,80 @@ TEST_P(FTables, ColumnCountThatIsNotThatOfTheLabelsIsRefused) {
     });
 }
 
+TEST_P(FTables, ColumnCountTellsWhetherTheFirstLabelsNameColumnsToo) {
+    std::vector<double> values{1, 2, 3, 4, 5, 6, 7, 8};
+    Write([&] {
+        owner = NewRecord(schema::Field_FTable());
+        KOVBasVector<KOVString> first = Texts({"Stress"}), second = Texts({"Strain"});
+        KOVSrvFsmFTable table;
+        table.CreateTable(owner, schema::FTable(), 2, 4, first, second, Member(), values.data(), 1,
+                          true);
+    });
+    Reopen();
+    KOVSimPosition const position = Again(owner).GetPosition(Member());
+    EXPECT_THAT(ColumnsOf(position), ElementsAre("Stress", "Strain", "Temperature", "Field_0"));
+    double value = -1;
+    EXPECT_TRUE(KOVSrvFsmFTable(position).GetColumnData(1, "Temperature", value));
+    EXPECT_EQ(value, 7);
+}
+
+TEST_P(FTables, NegativeNumberOfFieldVariablesAppendsNone) {
+    double value = 5;
+    Write([&] {
+        owner = NewRecord(schema::Field_FTable());
+        KOVSrvFsmFTable().CreateTable(owner, schema::FTable(), 1, 1, Member(), &value, -3, true);
+    });
+    Reopen();
+    EXPECT_THAT(ColumnsOf(Again(owner).GetPosition(Member())), ElementsAre("Temperature"));
+}
+
+TEST_P(FTables, NullOwnersAndValuesAreRefused) {
+    double value = 5;
+    Write([&] {
+        KOVSimPosition none;
+        KOVSrvFsmFTable table;
+        EXPECT_THROW(table.CreateTable(none, schema::FTable(), 1, 1, Member(), &value, 0, true),
+                     KOVSimException);
+        owner = NewRecord(schema::Field_FTable());
+        EXPECT_THROW(table.CreateTable(owner, schema::FTable(), 1, 1, Member(), nullptr, 0, true),
+                     KOVSimException);
+        EXPECT_EQ(table.NumOfRows(), 0);
+        EXPECT_TRUE(owner.GetPosition(Member()).IsNull());
+    });
+}
+
+TEST_P(FTables, LabelsOfAnyBytesAreTold) {
+    KOVString zero;
+    zero.BuildFromUTF8("x\0y", 3);
+    double value = 5;
+    Write([&] {
+        owner = NewRecord(schema::Field_FTable());
+        KOVBasVector<KOVString> first, second;
+        second.PushBack(zero);
+        KOVSrvFsmFTable().CreateTable(owner, schema::FTable(), 1, 1, first, second, Member(),
+                                      &value, 0, false);
+    });
+    Reopen();
+    KOVSrvFsmFTable const table(Again(owner).GetPosition(Member()));
+    EXPECT_TRUE(table.HasColumn(zero));
+    EXPECT_FALSE(table.HasColumn("x"));
+}
+
+TEST_P(FTables, ReadingOfAClosedDocumentIsRefused) {
+    KOVSrvFsmFTable const table = Make(1, {"a"}, {5});
+    KOVObjDocument document = Document();
+    document.Close();
+    EXPECT_THROW(table.NumOfRows(), KOVSimException);
+    EXPECT_THROW(table.HasColumn("a"), KOVSimException);
+}
+
+TEST_P(FTables, PositionOfAnotherKindHasAnEmptyTable) {
+    Write([&] { owner = NewRecord(schema::Field_FTable()); });
+    KOVSrvFsmFTable const table(owner);
+    EXPECT_EQ(table.NumOfRows(), 0);
+    EXPECT_EQ(table.NumberFieldVariables(), 0);
+}
+
 TEST_P(FTables, CellsAreFoundByRowAndLabel) {
     KOVSrvFsmFTable const table = Make(2, {"x", "Temperature", "y"}, {1, 2, 3, 4, 5, 6});
     double value = -1;
@@ -173,6 +247,7 @@ TEST_P(FTables, CellsThatAreNotThereLeaveTheValueAlone) {
     KOVSrvFsmFTable const table = Make(2, {"x", "y"}, {1, 2, 3, 4});
     double value = -1;
     EXPECT_FALSE(table.GetColumnData(2, "x", value));
+    EXPECT_FALSE(table.GetColumnData(-1, "x", value));
     EXPECT_FALSE(table.GetColumnData(std::numeric_limits<int>::max(), "x", value));
     EXPECT_FALSE(table.GetColumnData(0, "X", value));
     EXPECT_FALSE(table.GetColumnData(0, "x ", value));
@@ -300,6 +375,14 @@ TEST(FTable, NullHandleFindsAnEmptyTable) {
     EXPECT_EQ(table.NumOfRows(), 0);
     EXPECT_EQ(table.NumOfCols(), 0);
     EXPECT_FALSE(table.HasColumn(""));
+    EXPECT_EQ(table.NumberFieldVariables(), 0);
+    double value = -1;
+    EXPECT_FALSE(table.GetColumnData(0, "", value));
+    EXPECT_EQ(value, -1);
+    Filled const filled = Fill(table);
+    EXPECT_TRUE(filled.hadArray);
+    EXPECT_EQ(filled.rowCount, 0);
+    EXPECT_EQ(filled.columnCount, 0);
 }
 
 }  // namespace

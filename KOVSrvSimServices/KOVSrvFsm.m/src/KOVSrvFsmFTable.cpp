@@ -38,9 +38,8 @@ void KOVSrvFsmFTable::CreateTable(KOVSimPosition& owner, int tableType, int rowC
                                   int fieldVariableCount, bool hasTemperature) {
     if (hasTemperature) secondLabels.PushBack(kTemperature);
     for (int i = 0; i < fieldVariableCount; ++i) {
-        KOVString number;
-        number.BuildFromNum(i, "%d");
-        secondLabels.PushBack(kFieldVariable + number);
+        KOVString label(kFieldVariable);
+        secondLabels.PushBack(label += i);
     }
     long long const valueCount = static_cast<long long>(rowCount) * columnCount;
     if (valueCount == 0) return;
