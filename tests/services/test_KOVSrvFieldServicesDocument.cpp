@@ -246,6 +246,22 @@ TEST_P(FieldsOfDocument, NullPositionHasNoUniformValue) {
     EXPECT_EQ(value, 7);
 }
 
+TEST_P(FieldsOfDocument, ClosedDocumentsAreRefused) {
+    KOVSimPosition field;
+    Write([&] {
+        field = NewRecord(schema::Field_UniformScalar());
+        field.DataRecord().SetDouble(0, 2.5);
+    });
+    KOVObjDocument document = Document();
+    document.Close();
+    double value = 7;
+    EXPECT_THAT(RefusalOf([&] { Fields::GetUniformFieldValue(field, &value, 1); }),
+                HasSubstr("closed"));
+    EXPECT_THAT(RefusalOf([&] { Fields::GetFieldPosition(KOVSimSet(), field, kMember, "STH"); }),
+                HasSubstr("closed"));
+    EXPECT_EQ(value, 7);
+}
+
 // ---- table fields ----
 
 class TableFields : public FieldsOfDocument {
@@ -402,9 +418,17 @@ TEST_P(TableFields, EmptySetMakesAFieldWithoutValues) {
 }
 
 TEST_P(TableFields, TableMayHaveNoRows) {
-    KOVSimPosition const field = Create({"A"}, {}, mesh.Elements({1}), {10});
-    EXPECT_EQ(Table(field).RowCount(), 0);
-    EXPECT_THAT(Read(field, {1}, {0}), ElementsAre(10));
+    for (std::vector<char const*> const& names :
+         {std::vector<char const*>{"A"}, std::vector<char const*>{"A", "B", "C"}}) {
+        int const n = static_cast<int>(names.size());
+        KOVSimPosition field = Create(names, {}, mesh.Elements({1}), Counting(n));
+        mesh.Reopen();
+        field = Again(field);
+        EXPECT_EQ(Table(field).RowCount(), 0);
+        EXPECT_EQ(Labels(Table(field)), std::vector<std::string>(names.begin(), names.end()));
+        EXPECT_EQ(Table(field).LabelCount(), 1);
+        EXPECT_EQ(Read(field, {1}, Range(0, n)), Counting(n));
+    }
 }
 
 TEST_P(TableFields, ValuesKeepEveryBit) {

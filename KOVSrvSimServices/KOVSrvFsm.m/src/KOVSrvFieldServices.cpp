@@ -159,7 +159,8 @@ KOVSimPosition KOVSrvFieldServices::CreateFieldFTable(KOVObjDocument const& docu
     KOVBasVector<KOVString> firstName;
     KOVBasVector<KOVString> otherNames;
     firstName.PushBack(names.ConstGet(0));
-    for (int i = 1; i < n; ++i) otherNames.PushBack(names.ConstGet(i));
+    // Without values, which tell that the first name has a column too, the others have to name all.
+    for (int i = valueCount == 0 ? 0 : 1; i < n; ++i) otherNames.PushBack(names.ConstGet(i));
     field.SetPosition(schema::FieldFTable_table(),
                       document.GetModel().CreateFTable(schema::FTable(), valueCount / n, firstName,
                                                        otherNames, tableValues, valueCount));
