@@ -3,7 +3,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <limits>
+#include <string>
+#include <type_traits>
 #include <vector>
 
 #include "services/TableFixture.h"
@@ -15,6 +18,8 @@ using testing::ElementsAre;
 
 INSTANTIATE_TEST_SUITE_P(Media, MaterialTables, testing::Values(Medium::Memory, Medium::Disk),
                          MediumName);
+
+static_assert(!std::is_polymorphic_v<KOVSrvFsmMaterialTable>);
 
 TEST(MaterialTable, TellsWhatItWasGiven) {
     Description const given({3, 1});
@@ -251,10 +256,23 @@ TEST_P(MaterialTables, TableThatIsNotExtendableIsNotChunkedAndCannotGrow) {
     EXPECT_EQ(mesh.Read(given.Table()).rows, rows);
 }
 
+template <class Work>
+std::string RefusalOf(Work work) {
+    try {
+        work();
+    } catch (KOVSimException const& refusal) {
+        return refusal.what();
+    }
+    return {};
+}
+
 TEST_P(MaterialTables, AppendOfColumnsThatTheTableDoesNotHaveIsRefused) {
     Description const given({2});
     mesh.Save(given.Table(), {{1, 2, 7}, {3, 4, 8}}, false, 1);
-    EXPECT_THROW(mesh.Append(given.Table(), {{5, 6, 40, 9}}, true, 1), KOVSimException);
+    EXPECT_EQ(RefusalOf([&] {
+                  mesh.Append(given.Table(), {{5, 6, 40, 9}}, true, 1);
+              }),
+              "KOVSrvFsmMaterialTable: the table has no such columns");
     EXPECT_THROW(mesh.Append(given.Table(), {{5, 6, 9, 10}}, false, 2), KOVSimException);
     EXPECT_THROW(mesh.Append(Description({3}).Table(), {{5, 6, 7, 9}}, false, 1), KOVSimException);
     mesh.Reopen();
@@ -450,6 +468,113 @@ TEST_P(MaterialTables, AllItsComponentsAreAskedOfADependentOverTheRowsAlone) {
                                                       hasTemperature, fieldVariableCount),
                  KOVSimException);
     EXPECT_EQ(rows, nullptr);
+}
+
+TEST_P(MaterialTables, PartsOfUnequalNumbersOfRowsAreRefused) {
+    Description const given({1});
+    mesh.Save(given.Table(), {{1, 20}, {2, 30}}, true, 0);
+    // Rows without the temperature that the table has.
+    mesh.Append(given.Table(), {{3}}, false, 0);
+    mesh.Reopen();
+    double** rows = nullptr;
+    int rowCount = 0, columnCount = 0, fieldVariableCount = 0;
+    bool hasTemperature = false;
+    EXPECT_THROW(given.Table().FillPointer(mesh.behaviour, rows, rowCount, columnCount,
+                                           hasTemperature, fieldVariableCount),
+                 KOVSimException);
+    EXPECT_EQ(rows, nullptr);
+    EXPECT_EQ(mesh.Read(Description({1}, false).Table()).rows, (Rows{{1}, {2}, {3}}));
+}
+
+TEST_P(MaterialTables, PartWithoutADrawerIsRefused) {
+    {
+        auto const transaction = mesh.Write();
+        KOVSimGrid::CollectionArray grid(2, 0);
+        grid.Get(0) = mesh.RowCollection().ID();
+        grid.Get(1) = mesh.Columns().ID();
+        KOVSimDistributionID const empty =
+            mesh.document.CreateDistribution(KOVSimGrid(grid), KOVSimRangeType(4), -1);
+        mesh.behaviour.Associate(schema::MaterialTable_dependentData(), 100, empty);
+        mesh.behaviour.Associate(schema::MaterialTable_fieldVariableData(), 3, empty);
+        transaction->Commit();
+    }
+    mesh.Reopen();
+    Description const given({1});
+    KOVSrvFsmMaterialTable const table = given.Table();
+    std::string const text = "KOVSrvFsmMaterialTable: a part of the table has no drawer";
+    EXPECT_EQ(RefusalOf([&] { mesh.Read(table); }), text);
+    EXPECT_EQ(RefusalOf([&] { table.NumberFieldVariables(mesh.behaviour); }), text);
+}
+
+TEST_P(MaterialTables, NullBehaviourHoldsNothingAndTakesNothing) {
+    Description const given({1});
+    KOVSrvFsmMaterialTable const table = given.Table();
+    EXPECT_FALSE(table.IsTemperatureDependent(KOVSimPosition()));
+    EXPECT_EQ(table.NumberFieldVariables(KOVSimPosition()), 0);
+    mesh.behaviour = KOVSimPosition();
+    EXPECT_THROW(mesh.Save(table, {{1, 20}}, true, 0), KOVSimException);
+}
+
+TEST_P(MaterialTables, CollectionsOfAnotherDocumentAreRefused) {
+    TableDocument other;
+    Description const given({1}, false);
+    mesh.Save(given.Table(), {{1}}, false, 0);
+    auto const transaction = mesh.Write();
+    Rows const rows = {{2}};
+    RowPointers pointers(rows);
+    KOVSrvFsmMaterialTable table = given.Table();
+    EXPECT_THROW(
+        table.Save(*transaction, mesh.behaviour, other.RowCollection().ID(), mesh.Columns().ID(),
+                   mesh.Fields().ID(), pointers.Get(), 1, false, 0, true),
+        KOVSimException);
+    EXPECT_THROW(table.Append(*transaction, mesh.behaviour, other.RowCollection().ID(),
+                              mesh.Columns().ID(), mesh.Fields().ID(), pointers.Get(), 1, false, 0),
+                 KOVSimException);
+    EXPECT_EQ(other.RowCollection().Space(), 0);
+    transaction->Commit();
+    mesh.Reopen();
+    EXPECT_EQ(mesh.Read(table).rows, (Rows{{1}}));
+}
+
+TEST_P(MaterialTables, ClosedDocumentIsRefused) {
+    Description const given({1});
+    mesh.Save(given.Table(), {{1, 20, 7}}, true, 1);
+    mesh.document.Close();
+    EXPECT_THROW(given.Table().IsTemperatureDependent(mesh.behaviour), KOVSimException);
+    EXPECT_THROW(given.Table().NumberFieldVariables(mesh.behaviour), KOVSimException);
+    EXPECT_THROW(mesh.Read(given.Table()), KOVSimException);
+}
+
+TEST_P(MaterialTables, ValuesKeepEveryBit) {
+    Description const given({3});
+    double const nan = std::numeric_limits<double>::quiet_NaN();
+    double const infinity = std::numeric_limits<double>::infinity();
+    Rows const rows = {{nan, -0.0, 5e-324, -infinity, 1e308}};
+    mesh.Save(given.Table(), rows, true, 1);
+    mesh.Append(given.Table(), rows, true, 1);
+    mesh.Reopen();
+    for (Row const& row : mesh.Read(given.Table()).rows) {
+        EXPECT_EQ(std::memcmp(row.data(), rows[0].data(), rows[0].size() * sizeof(double)), 0);
+    }
+}
+
+TEST_P(MaterialTables, RowsAppendedOneByOneAreReadBack) {
+    Description const given({2});
+    Rows rows = {{0, 0.5, 0.25}};
+    mesh.Save(given.Table(), rows, true, 0);
+    auto const transaction = mesh.Write();
+    KOVSrvFsmMaterialTable table = given.Table();
+    for (int r = 1; r < 700; ++r) {
+        rows.push_back({1.0 * r, r + 0.5, r + 0.25});
+        double const* row = rows.back().data();
+        KOVSimCSet const added =
+            table.Append(*transaction, mesh.behaviour, mesh.RowCollection().ID(),
+                         mesh.Columns().ID(), mesh.Fields().ID(), &row, 1, true, 0);
+        ASSERT_EQ(added.Size(), 1);
+    }
+    transaction->Commit();
+    mesh.Reopen();
+    EXPECT_EQ(mesh.Read(table).rows, rows);
 }
 
 TEST_P(MaterialTables, ManyRowsAreReadBack) {

@@ -28,6 +28,17 @@ Drawers DrawersOf(KOVSimPosition const& distribution) {
     return drawers;
 }
 
+/// The drawer of one part of a table.
+KOVSimPersistentDrawerDesc DrawerOf(KOVSimPosition const& distribution) {
+    Drawers const drawers = DrawersOf(distribution);
+    if (drawers.Size() == 0) {
+        KOVSimException::ThrowText(
+            distribution.IsNull() ? "KOVSrvFsmMaterialTable: the table has no such columns"
+                                  : "KOVSrvFsmMaterialTable: a part of the table has no drawer");
+    }
+    return drawers.ConstGet(0);
+}
+
 std::size_t NumberOfValues(int rowCount, int width) {
     return static_cast<std::size_t>(rowCount) * static_cast<std::size_t>(width);
 }
@@ -85,7 +96,7 @@ struct Saving {
 /// Adds the columns [column, column + width) of new rows to a distribution's drawer.
 void Extend(KOVSimPosition const& distribution, KOVSimCSetID const& newRows, double const** rows,
             int rowCount, int column, int width) {
-    KOVSimDrawerID const drawer = DrawersOf(distribution).ConstGet(0).drawerID;
+    KOVSimDrawerID const drawer = DrawerOf(distribution).drawerID;
     Doubles const block = Block(rows, rowCount, column, width);
     KOVSimTransfer write{KOVSimDistribution(distribution.GetDistribution())};
     write.SetWrite().SetBufferPadding(false).SetDrawer(drawer).SetDimExtension(newRows);
@@ -157,7 +168,7 @@ int KOVSrvFsmMaterialTable::NumberFieldVariables(KOVSimPosition const& behaviour
     if (m_fieldVariableType == 0) return 0;
     KOVSimPosition const fields = behaviour.Follow(m_fieldVariableType, m_fieldVariableMember);
     if (fields.IsNull()) return 0;
-    KOVSimOCompartment const domain = DrawersOf(fields).ConstGet(0).compartment;
+    KOVSimOCompartment const domain = DrawerOf(fields).compartment;
     KOV_UTT_ASSERT(domain.Size() == 2);
     return domain.CSet(1).Size();
 }
@@ -248,7 +259,7 @@ void KOVSrvFsmMaterialTable::FillPointer(KOVSimPosition const& behaviour, double
     hasTemperature = IsTemperatureDependent(behaviour);
     KOVSimPosition const d1 = Dependent(behaviour, 0);
     KOV_UTT_ASSERT(d1.IsNull() == false);
-    rowCount = DrawersOf(d1).ConstGet(0).compartment.CSet(0).Size();
+    rowCount = DrawerOf(d1).compartment.CSet(0).Size();
     fieldVariableCount = NumberFieldVariables(behaviour);
     columnCount = fieldVariableCount + (hasTemperature ? 1 : 0);
     for (int d = 0; d < m_numberOfDependent; ++d) {
@@ -260,7 +271,7 @@ void KOVSrvFsmMaterialTable::FillPointer(KOVSimPosition const& behaviour, double
     for (int d = 0; d < m_numberOfDependent; ++d) {
         KOVSimPosition const dependent = Dependent(behaviour, d);
         if (dependent.IsNull()) continue;
-        KOVSimOCompartment const domain = DrawersOf(dependent).ConstGet(0).compartment;
+        KOVSimOCompartment const domain = DrawerOf(dependent).compartment;
         int const ndomain = domain.Size();
         KOV_UTT_ASSERT(ndomain == 2 || ndomain == 1);
         int const length = m_dependentLengths[d];
@@ -269,14 +280,14 @@ void KOVSrvFsmMaterialTable::FillPointer(KOVSimPosition const& behaviour, double
     }
     if (hasTemperature) {
         KOVSimPosition const temperature = behaviour.Follow(m_temperatureType, m_temperatureMember);
-        KOVSimOCompartment const domain = DrawersOf(temperature).ConstGet(0).compartment;
+        KOVSimOCompartment const domain = DrawerOf(temperature).compartment;
         KOV_UTT_ASSERT(domain.Size() == 1);
         filled.SetColumns(column, 1, Read(temperature, domain, rowCount, 1).get());
         ++column;
     }
     if (fieldVariableCount > 0) {
         KOVSimPosition const fields = behaviour.Follow(m_fieldVariableType, m_fieldVariableMember);
-        KOVSimOCompartment const domain = DrawersOf(fields).ConstGet(0).compartment;
+        KOVSimOCompartment const domain = DrawerOf(fields).compartment;
         KOV_UTT_ASSERT(domain.Size() == 2);
         filled.SetColumns(column, fieldVariableCount,
                           Read(fields, domain, rowCount, fieldVariableCount).get());
