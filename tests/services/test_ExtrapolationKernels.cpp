@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstring>
+#include <limits>
 #include <vector>
 
 #include "KOVSrvExtrapolation.h"
@@ -51,11 +52,15 @@ template <class Value>
 void Compare(ExtrapolationShape const& shape) {
     std::vector<Value> source(shape.blocks * shape.sourcePoints * shape.components);
     std::vector<float> matrix(shape.targetPoints * shape.sourcePoints);
+    // Zeros of either sign and numbers that are not normal are among them.
+    Value const special[] = {-Value{0}, Value{0}, std::numeric_limits<Value>::denorm_min(),
+                             -std::numeric_limits<Value>::min() / 3};
     for (std::size_t k = 0; k < source.size(); ++k) {
-        source[k] = static_cast<Value>(k * 37 % 1009) / 7 - 50;
+        source[k] = k % 11 < 4 ? special[k % 11] : static_cast<Value>(k * 37 % 1009) / 7 - 50;
     }
     for (std::size_t k = 0; k < matrix.size(); ++k) {
         matrix[k] = static_cast<float>(k * 53 % 101) / 9 - 4;
+        if (k % 13 == 5) matrix[k] = std::numeric_limits<float>::denorm_min();
     }
     std::size_t const block = shape.targetPoints * shape.components;
     std::vector<Value> expected(shape.blocks * block);
@@ -83,6 +88,13 @@ void CompareAll() {
                 if (testing::Test::HasFatalFailure()) return;
             }
         }
+    }
+}
+
+// Says which of them this machine cannot run.
+TEST(ExtrapolationKernels, AllRunOnThisMachine) {
+    for (Kernel<float> const& kernel : AllKernels<float>()) {
+        if (!kernel.present) GTEST_SKIP() << "no " << kernel.name << " here: its loops did not run";
     }
 }
 
