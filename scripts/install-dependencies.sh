@@ -10,7 +10,7 @@ set -euo pipefail
 build=(
     g++ make cmake ninja-build ccache git python3
     libsqlite3-dev libroaring-dev libxxhash-dev
-    libcli11-dev
+    libcli11-dev libnetcdf-dev
     libgtest-dev libgmock-dev
     clang libclang-rt-dev clang-format clang-tidy llvm
 )

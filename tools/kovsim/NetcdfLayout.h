@@ -1,0 +1,19 @@
+// NetcdfLayout: what the header of a netCDF file of the classic forms (CDF-1, CDF-2, CDF-5) says of
+// the file, held against the file itself, before any library is let loose on it. A damaged header
+// ends the process of the netCDF C library, and what was cut off a file it reads as zeros.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace kov::tool {
+
+/// How many records, that is time steps, the file has whole: of one that is still being written, or
+/// was cut short, the last are missing. The largest number where the form does not tell.
+///
+/// Throws Failure where the file cannot be read, is no netCDF file, has a header that contradicts
+/// itself, or ends before the data that stand in front of the records. Of a file in HDF5 form only
+/// the signature is looked at.
+std::uint64_t CheckNetcdfLayout(std::string const& path);
+
+}  // namespace kov::tool
