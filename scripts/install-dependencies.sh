@@ -2,7 +2,7 @@
 # Installs the Debian packages that the project needs, by name; quick, and without network, when all
 # of them are there.
 #
-#   scripts/install-dependencies.sh [build] [demo] [bench] [reference]      default: build
+#   scripts/install-dependencies.sh [build] [demo] [bench] [reference] [results]      default: build
 #
 # docs/dependencies.md gives the reason for each package.
 set -euo pipefail
@@ -20,6 +20,7 @@ bench=(
     libopenblas-dev python3-meshio python3-numpy
 )
 reference=(doxygen python3)
+results=(calculix-ccx python3-netcdf4 python3-vtk9)
 
 groups=("$@")
 [ ${#groups[@]} -gt 0 ] || groups=(build)
@@ -31,7 +32,8 @@ for group in "${groups[@]}"; do
         demo) wanted+=("${demo[@]}") ;;
         bench) wanted+=("${bench[@]}") ;;
         reference) wanted+=("${reference[@]}") ;;
-        *) echo "install-dependencies.sh: unknown group '$group' (build, demo, bench, reference)" >&2; exit 2 ;;
+        results) wanted+=("${results[@]}") ;;
+        *) echo "install-dependencies.sh: unknown group '$group' (build, demo, bench, reference, results)" >&2; exit 2 ;;
     esac
 done
 
