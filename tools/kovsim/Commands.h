@@ -26,6 +26,7 @@ void AddFind(CLI::App& app, Action& action);
 void AddLayup(CLI::App& app, Action& action);
 void AddMaterials(CLI::App& app, Action& action);
 void AddMonitor(CLI::App& app, Action& action);
+void AddResults(CLI::App& app, Action& action);
 void AddSections(CLI::App& app, Action& action);
 void AddSets(CLI::App& app, Action& action);
 void AddVariable(CLI::App& app, Action& action);

@@ -30,7 +30,9 @@ class DeckError : public Failure {
 /// The user stopped the work by a signal; everything is cleaned up on the way out.
 class Interruption : public Failure {
   public:
-    explicit Interruption(int signal) : Failure("interrupted"), m_signal(signal) {}
+    /// `more` tells what is there all the same.
+    explicit Interruption(int signal, std::string const& more = {})
+        : Failure("interrupted" + more), m_signal(signal) {}
 
     int Signal() const { return m_signal; }
 

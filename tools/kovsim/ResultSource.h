@@ -12,9 +12,20 @@
 #include <string>
 #include <vector>
 
+#include "Failure.h"
+
 namespace kov::tool {
 
-enum class StepKind { Unknown, Static, Dynamic, Frequency, Buckle, HeatTransfer, Coupled };
+enum class StepKind {
+    Unknown,
+    Static,
+    Dynamic,
+    Frequency,
+    Buckle,
+    HeatTransfer,
+    Coupled,
+    SteadyState  ///< response at frequencies
+};
 
 struct ResultFrame {
     int step = 1;  ///< number of the step, from 1, as the solver counts
@@ -42,6 +53,12 @@ struct ResultBlock {
     std::vector<double> values;  ///< (labels, points, components), row-major
 };
 
+/// The file ends in the middle of a frame, as one does that a solver still writes.
+class UnfinishedResults : public Failure {
+  public:
+    using Failure::Failure;
+};
+
 class ResultSource {
   public:
     ResultSource() = default;
@@ -57,6 +74,9 @@ class ResultSource {
     /// The next rows of the field; false behind the last ones.
     virtual bool NextBlock(ResultBlock& block) = 0;
 
+    /// Where the file is read, for the start of messages, such as "job.frd:31"; the file without a
+    /// place where its format has no lines.
+    virtual std::string Where() const { return "the results"; }
     /// What was passed over so far, a line each.
     virtual std::vector<std::string> Notes() const = 0;
     /// How much of the file has been read, between 0 and 1.

@@ -54,6 +54,7 @@ int Run(int argc, char** argv) {
     kov::tool::AddExtract(app, action);
     kov::tool::AddMap(app, action);
     kov::tool::AddMonitor(app, action);
+    kov::tool::AddResults(app, action);
     kov::tool::AddVariable(app, action);
     if (argc > 1) CheckSubcommand(app, argv[1]);
     try {

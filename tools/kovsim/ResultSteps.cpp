@@ -1,0 +1,195 @@
+#include "ResultSteps.h"
+
+#include <cmath>
+#include <cstdio>
+
+#include "KOVSimDataRecord.h"
+#include "KOVSimMap.h"
+#include "KOVSimSchema.h"
+#include "KOVSimSet.h"
+#include "KOVSimVector.h"
+#include "Names.h"
+#include "ResultSeries.h"
+#include "ResultVariables.h"
+
+namespace kov::tool {
+namespace {
+
+constexpr int kIncrementField = 0;
+constexpr int kValueField = 1;
+constexpr int kTotalTimeField = 2;
+constexpr int kTextField = 3;
+constexpr double kTwoPi = 6.283185307179586476925286766559;
+// Numbers of steps in a file that is damaged must not make millions of steps.
+constexpr int kMostMissing = 1000;
+
+enum class Span { Time, Frequency, LoadFactor };
+
+struct KindOfStep {
+    StepKind kind;
+    int (*type)();
+    Span span;
+    char const* text;
+};
+
+constexpr KindOfStep kKinds[] = {
+    {StepKind::Unknown, schema::Step_Gen, Span::Time, "a general step"},
+    {StepKind::Static, schema::Step_Gen_Static, Span::Time, "a static step"},
+    {StepKind::Dynamic, schema::Step_Gen_DynamicImplicit, Span::Time, "a dynamic step"},
+    {StepKind::Frequency, schema::Step_Lin_Frequency, Span::Frequency, "a frequency step"},
+    {StepKind::Buckle, schema::Step_Lin_Buckle, Span::LoadFactor, "a buckling step"},
+    {StepKind::HeatTransfer, schema::Step_Gen_HeatTransfer, Span::Time, "a heat transfer step"},
+    {StepKind::Coupled, schema::Step_Gen_CoupledTempDisplacement, Span::Time, "a coupled step"},
+    {StepKind::SteadyState, schema::Step_Lin_SteadyState, Span::Frequency, "a steady-state step"},
+};
+
+KindOfStep const& KindOf(StepKind kind) { return kKinds[static_cast<std::size_t>(kind)]; }
+
+struct TypeOfSpan {
+    int (*type)();
+    Span span;
+};
+
+// Steps that have no times; all others have.
+constexpr TypeOfSpan kSpans[] = {
+    {schema::Step_Lin_Frequency, Span::Frequency},
+    {schema::Step_Lin_ComplexFrequency, Span::Frequency},
+    {schema::Step_Lin_SteadyState, Span::Frequency},
+    {schema::Step_Lin_RandomResponse, Span::Frequency},
+    {schema::Step_Lin_Buckle, Span::LoadFactor},
+};
+
+Span SpanOf(KOVSimPosition const& step) {
+    for (TypeOfSpan const& row : kSpans) {
+        if (step.IsA(row.type())) return row.span;
+    }
+    return Span::Time;
+}
+
+char const* SpanText(Span span) {
+    switch (span) {
+        case Span::Time:
+            return "times";
+        case Span::Frequency:
+            return "frequencies";
+        case Span::LoadFactor:
+            break;
+    }
+    return "load factors";
+}
+
+bool Same(double a, double b) { return a == b || (std::isnan(a) && std::isnan(b)); }
+
+std::string NumberText(double number) {
+    char text[40];
+    std::snprintf(text, sizeof text, "%.17g", number);
+    return text;
+}
+
+// Only what oscillates or buckles has an eigenvalue: not the state that a buckling step begins at.
+bool IsMode(ResultFrame const& frame, KOVSimPosition const& step) {
+    Span const span = SpanOf(step);
+    if (span == Span::LoadFactor) return frame.increment > 0;
+    return step.IsA(schema::Step_Lin_Frequency()) || step.IsA(schema::Step_Lin_ComplexFrequency());
+}
+
+}  // namespace
+
+ResultSteps::ResultSteps(KOVObjDocument const& document) : m_document(document) {}
+
+KOVSimPosition ResultSteps::Step(int number) const {
+    int at = 0;
+    KOVSimVector const steps = m_document.GetModel().GetVector(schema::Model_stepSequence());
+    for (KOVSimVectoriterator step = steps.Begin(); step.NotDone(); ++step) {
+        if (++at == number) return *step;
+    }
+    return {};
+}
+
+ResultSteps::Values& ResultSteps::ValuesOf(int step) {
+    auto const at = m_known.find(step);
+    if (at != m_known.end()) return at->second;
+    Values& values = m_known[step];
+    KOVSimVector const frames = Step(step).GetVector(schema::Task_frames());
+    for (KOVSimVectoriterator frame = frames.Begin(); frame.NotDone(); ++frame) {
+        int increment = 0;
+        double value = 0.0;
+        KOVSimDataRecord const record = (*frame).GetDataRecord();
+        record.GetInt(kIncrementField, increment);
+        record.GetDouble(kValueField, value);
+        values.emplace(increment, value);
+    }
+    return values;
+}
+
+bool ResultSteps::Has(ResultFrame const& frame) {
+    std::string const name = "step " + std::to_string(frame.step);
+    int const steps = m_document.GetModel().GetVector(schema::Model_stepSequence()).Size();
+    if (frame.step < 1 || frame.step - kMostMissing > steps) {
+        throw ResultFault(name + " comes where the model has " + std::to_string(steps) +
+                          (steps == 1 ? " step" : " steps"));
+    }
+    KOVSimPosition const step = Step(frame.step);
+    if (!step.IsNull() && frame.kind != StepKind::Unknown &&
+        SpanOf(step) != KindOf(frame.kind).span) {
+        throw ResultFault(name + " is " + KindOf(frame.kind).text + ", and '" +
+                          Shown(Plain(step.Name(-1))) + "' of the model has " +
+                          SpanText(SpanOf(step)));
+    }
+    Values const& values = ValuesOf(frame.step);
+    auto const there = values.find(frame.increment);
+    if (there == values.end()) return false;
+    if (Same(there->second, frame.value)) return true;
+    throw ResultFault(name + ", increment " + std::to_string(frame.increment) +
+                      " is in the document with the value " + NumberText(there->second) + ", not " +
+                      NumberText(frame.value) + ": the results are of another run");
+}
+
+KOVSimPosition ResultSteps::MakeStep(StepKind kind) {
+    KOVSimPosition const model = m_document.GetModel();
+    KOVSimVector const sequence = model.GetVector(schema::Model_stepSequence());
+    KOVSimMap const steps = model.GetMap(schema::Model_steps());
+    std::string name = "Step-" + std::to_string(sequence.Size() + 1);
+    while (!steps.Find(ToKOVString(name)).IsNull()) name += "-2";
+    KOVSimPosition const step = m_document.CreateDataRecord(KindOf(kind).type()).Pos();
+    step.SetName(ToKOVString(name));
+    sequence.PushBack(step);
+    steps.Insert(ToKOVString(name), step);
+    m_document.Focus().GetSet(schema::Focus_externalTaskIds()).Insert(step);
+    ++m_making;
+    return step;
+}
+
+MadeFrame ResultSteps::Append(ResultFrame const& frame) {
+    m_making = 0;
+    int steps = m_document.GetModel().GetVector(schema::Model_stepSequence()).Size();
+    MadeFrame made;
+    made.step = Step(frame.step);
+    while (steps < frame.step) {
+        made.step = MakeStep(++steps == frame.step ? frame.kind : StepKind::Unknown);
+    }
+    KOVSimDataRecord const record = m_document.CreateDataRecord(schema::Frame());
+    record.SetInt(kIncrementField, frame.increment);
+    record.SetDouble(kValueField, frame.value);
+    record.SetDouble(kTotalTimeField, frame.totalTime);
+    if (!frame.text.empty()) record.SetString(kTextField, ToKOVString(frame.text));
+    made.frame = record.Pos();
+    made.step.GetVector(schema::Task_frames()).PushBack(made.frame);
+
+    Span const span = SpanOf(made.step);
+    if (span == Span::Time) AppendTime(made.step, frame.value);
+    if (span == Span::Frequency) AppendFrequency(made.step, frame.value);
+    if (IsMode(frame, made.step)) {
+        double const angular = kTwoPi * frame.value;
+        AppendMode(made.step, span == Span::Frequency ? angular * angular : frame.value);
+    }
+    return made;
+}
+
+void ResultSteps::Keep(ResultFrame const& frame) {
+    ValuesOf(frame.step).emplace(frame.increment, frame.value);
+    m_made += m_making;
+    m_making = 0;
+}
+
+}  // namespace kov::tool
