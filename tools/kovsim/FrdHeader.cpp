@@ -235,14 +235,24 @@ StepKind FrdClock::KindOf(FrdHeader const& header) {
     }
 }
 
+// All buckling steps have the number 1 in the file, wherever they stand. Each begins with the state
+// that it loads, at the factor 0.
+int FrdClock::StepOf(FrdHeader const& header) {
+    bool const buckles = KindOf(header) == StepKind::Buckle;
+    bool const goesOn = m_buckles && (header.value != 0.0 || m_counted == 0);
+    m_buckles = buckles;
+    if (!buckles) return header.step;
+    return goesOn || m_step == INT_MAX ? m_step : std::max(header.step, m_step + 1);
+}
+
 ResultFrame FrdClock::FrameOf(FrdHeader const& header) {
     ResultFrame frame;
-    frame.step = header.step;
+    frame.step = StepOf(header);
     frame.kind = KindOf(header);
     frame.increment = header.increment;
     frame.text = header.analysis;
-    if (header.step != m_step) {
-        m_step = header.step;
+    if (frame.step != m_step) {
+        m_step = frame.step;
         m_start = m_last;
         m_counted = 0;
     }
@@ -252,7 +262,6 @@ ResultFrame FrdClock::FrameOf(FrdHeader const& header) {
         case StepKind::Buckle:
         case StepKind::Frequency:
         case StepKind::SteadyState: {
-            // A buckling step begins with the state that it loads, at the factor 0.
             bool const base =
                 frame.kind == StepKind::Buckle && m_counted == 0 && header.value == 0.0;
             if (!base) ++m_counted;

@@ -58,17 +58,19 @@ struct FrdComponent {
 void LabelFrdField(std::string const& name, std::vector<FrdComponent> const& components,
                    ResultField& field);
 
-/// Makes frames of headers, which come in the order of the file: it has total times only, and
-/// counts buckling modes in one row with the state they start at.
+/// Makes frames of headers, which come in the order of the file: it has total times only, no
+/// numbers of buckling steps, and counts their modes in one row with the state they start at.
 class FrdClock {
   public:
     ResultFrame FrameOf(FrdHeader const& header);
 
   private:
     static StepKind KindOf(FrdHeader const& header);
+    int StepOf(FrdHeader const& header);
 
     int m_step = 0;
     int m_counted = 0;  ///< modes or frequencies in the step so far
+    bool m_buckles = false;
     double m_start = 0.0;
     double m_last = 0.0;
     int m_decimals = 0;  ///< of the largest precision of times so far

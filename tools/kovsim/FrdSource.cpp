@@ -37,7 +37,7 @@ std::string FrdSource::Where() const { return m_where.empty() ? m_lines->Path() 
 
 std::string_view FrdSource::NeedLine(char const* what) {
     std::string_view line;
-    if (m_lines->Next(line)) return line;
+    if (m_lines->Next(line) && m_lines->IsEnded()) return line;
     throw UnfinishedResults(m_lines->Where() + ": the file ends within " + what);
 }
 
@@ -45,7 +45,8 @@ std::string_view FrdSource::NeedLine(char const* what) {
 bool FrdSource::ReadHeader() {
     std::string_view line;
     while (!m_atEnd) {
-        if (!m_lines->Next(line)) {
+        bool const isThere = m_lines->Next(line);
+        if (!isThere || (!m_lines->IsEnded() && !Begins(line, " 9999"))) {
             throw UnfinishedResults(m_lines->Where() +
                                     ": the file ends without 9999, so that its last frame may not "
                                     "be complete");

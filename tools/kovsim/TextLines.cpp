@@ -61,6 +61,7 @@ bool TextLines::Read() {
     } while (Fill());
     if (m_at == m_end) return false;
     ++m_number;
+    m_ended = newline != nullptr;
     char const* const start = m_buffer.data() + m_at;
     std::size_t length =
         newline == nullptr ? m_end - m_at : static_cast<std::size_t>(newline - start);

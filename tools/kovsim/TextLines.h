@@ -24,19 +24,14 @@ class TextLines {
     /// The next line; valid until the next call. False behind the last one. Throws Failure if the
     /// file cannot be read, and for a line that is too long.
     bool Next(std::string_view& line) {
-        if (m_again) {
-            m_again = false;
-        } else if (!Read()) {
-            return false;
-        }
+        if (!Read()) return false;
         line = m_line;
         return true;
     }
-    /// Next() gives the last line once more.
-    void Again() { m_again = true; }
-
     /// The number of the last line, from 1.
     long long Number() const { return m_number; }
+    /// True if a newline ends it; the last line of a file may have none.
+    bool IsEnded() const { return m_ended; }
     /// "FILE:LINE" of it.
     std::string Where() const { return m_path + ":" + std::to_string(m_number); }
     std::string const& Path() const { return m_path; }
@@ -58,7 +53,7 @@ class TextLines {
     std::size_t m_end = 0;  ///< of what the buffer holds
     bool m_atEnd = false;
     std::string_view m_line;
-    bool m_again = false;
+    bool m_ended = true;
     long long m_number = 0;
     std::int64_t m_read = 0;
     std::int64_t m_size = 0;
