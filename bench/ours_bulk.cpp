@@ -1,6 +1,7 @@
-// Our side of the bulk rows, on the public headers. Blocks are appended by the mesh services; they
-// are read by transfers, or, with --variant service, by the mesh services, which clear the buffer
-// first.
+// Our side of the bulk rows, on the public headers. Blocks of the mesh are appended by the mesh
+// services; they are read by transfers, or, with --variant service, by the mesh services, which
+// clear the buffer first. A field stands in a frame of a step, with a drawer for each block, or,
+// with --variant growing, with one drawer that grows.
 #include <memory>
 #include <optional>
 
@@ -9,13 +10,17 @@
 #include "KOVSrvNodalCoordinates.h"
 #include "bench/support/BulkStore.h"
 #include "bench/support/Mesh.h"
+#include "bench/support/NodalField.h"
 
 namespace {
 
 class Document : public bench::BulkStore {
   public:
-    explicit Document(bool service) : m_service(service) {}
-    std::string Name() const override { return m_service ? "ours, service" : "ours"; }
+    explicit Document(std::string const& variant)
+        : m_service(variant == "service"),
+          m_growing(variant == "growing"),
+          m_name(variant.empty() ? "ours" : "ours, " + variant) {}
+    std::string Name() const override { return m_name; }
     void Create(std::string const& path, int nodes, int elements) override {
         m_document = KOVObjDocument::Create(path.c_str());
         Prepare();
@@ -31,12 +36,23 @@ class Document : public bench::BulkStore {
         KOVSimCSetID const elements = m_mesh->elements.CreateTempCSetStrided(first, n, 1, 1);
         m_connectivity.Append(Transaction(), m_mesh->position.ID(), elements, m_corners, nodes);
     }
+    void WriteField(int first, int n, double const* values) override {
+        KOVSimTransaction const& transaction = Transaction();
+        if (!m_field) m_field = bench::NodalField::Create(m_document, transaction, m_growing);
+        m_field->Append(m_mesh->nodes.CreateTempCSetStrided(first, n, 1, 1), values);
+    }
+    void ReadField(int first, int n, double* values) override {
+        if (!m_field) m_field = bench::NodalField::Find(m_document);
+        Read(m_field->Values(), m_mesh->nodes.CreateVolatileCSetStrided(first, n, 1, 1), m_axes,
+             values);
+    }
     void Commit() override {
         m_transaction->Commit();
         m_transaction.reset();
     }
     void Close() override {
         m_mesh.reset();
+        m_field.reset();
         m_document.Close();
     }
     void Open(std::string const& path) override {
@@ -93,9 +109,11 @@ class Document : public bench::BulkStore {
         read.SetBuffer(0, out, bytes).ExecRead().RelinquishBuffers();
     }
 
-    bool m_service;
+    bool m_service, m_growing;
+    std::string m_name;
     KOVObjDocument m_document;
     std::optional<bench::Mesh> m_mesh;
+    std::optional<bench::NodalField> m_field;
     KOVSimCSetID m_axes, m_corners;
     KOVSrvNodalCoordinates m_coordinates;
     KOVSrvElementConnectivity m_connectivity;
@@ -105,6 +123,6 @@ class Document : public bench::BulkStore {
 }  // namespace
 
 int main(int argc, char** argv) {
-    Document store(bench::Options(argc, argv).Text("variant", "") == "service");
+    Document store(bench::Options(argc, argv).Text("variant", ""));
     return bench::RunBulk(argc, argv, store);
 }

@@ -95,6 +95,16 @@ def bulk(name, what):
     ]
 
 
+def fields(nodes):
+    what = f"a vector field at {nodes}"
+    return bulk("fields", what) + [
+        Row("fields.whole1", what + " read as a whole, first time, verified", gigabytes,
+            "0.5 of the fastest peer; above HDF5 with checksums", read_first("fields.whole1")),
+        Row("fields.whole2", what + " read as a whole again", gigabytes,
+            "0.95 of the fastest peer", read_later("fields.whole2")),
+    ]
+
+
 def algebra(shape, title, bounds):
     return [Row(f"algebra.{shape}.{operation}", f"{operation} of {title}", seconds,
                 "below " + seconds(bound), below(f"algebra.{shape}.{operation}", bound))
@@ -285,6 +295,24 @@ def classes(elements):
     ]
 
 
+def checked(elements):
+    def within(row):
+        def met(results):
+            ours, few = results.get(row), results.get(row, "ours, a thousandth")
+            return ours < 5 and ours <= 2 * few
+
+        return met
+
+    of = f"of {elements:,} elements in 1,000 classes, 10,000 shells, 1,000 fields"
+    bar = "5 s; twice that of a thousandth of the elements"
+    return [
+        Row("checker.sound", "a document " + of + ", certified", seconds, bar,
+            within("checker.sound")),
+        Row("checker.faulty", "the same, no class with a section", seconds, bar,
+            within("checker.faulty")),
+    ]
+
+
 def copied(nodes):
     def of_plain(row, part):
         return lambda results: results.get(row) >= part * results.get(row, "read and write")
@@ -308,11 +336,13 @@ def ROWS(sizes):
             "at least 5 M/s", at_least("gather", 5e6)),
         Row("strided", "1 node in 10", millions, "at least 40 M/s", at_least("strided", 40e6)),
         *bulk("connectivity", "connectivity of " + elements),
+        *fields(nodes),
         Row("inverse", "inverse connectivity of " + elements, seconds, "within 1.1 of the loop",
             near_loop("inverse")),
         Row("inverse.permuted", "the same, permuted", seconds, "within 1.1 of the loop",
             near_loop("inverse.permuted")),
         *classes(sizes["members"]),
+        *checked(sizes["elements"]),
         *copied(sizes["nodes"]),
         *algebra("range", f"ranges of {members}",
                  dict(union=1e-6, intersection=1e-6, difference=1e-6)),

@@ -92,12 +92,15 @@ class Bench:
 
     def bulk(self):
         sizes = self.sizes
-        stores = [("bulk_plain", ""), ("bulk_ours", ""), ("bulk_ours", "service")]
-        stores += [("bulk_" + peer, "") for peer in PEERS] + [("bulk_hdf5", "checksum")]
-        for case in ("coordinates", "connectivity", "gather", "open"):
+        mesh_stores = [("bulk_plain", ""), ("bulk_ours", ""), ("bulk_ours", "service")]
+        mesh_stores += [("bulk_" + peer, "") for peer in PEERS] + [("bulk_hdf5", "checksum")]
+        field_stores = [("bulk_plain", ""), ("bulk_ours", ""), ("bulk_ours", "growing"),
+                        ("bulk_hdf5", ""), ("bulk_netcdf", ""), ("bulk_hdf5", "checksum")]
+        for case in ("coordinates", "connectivity", "fields", "gather", "open"):
             if not self.wanted(case):
                 continue
-            rounds = sizes["rounds"] if case in ("coordinates", "connectivity") else 1
+            rounds = sizes["rounds"] if case in ("coordinates", "connectivity", "fields") else 1
+            stores = field_stores if case == "fields" else mesh_stores
             for turn in range(rounds):
                 # The disk is quick after a rest: each round begins with another program.
                 first = turn * 2 % len(stores)
@@ -121,6 +124,10 @@ class Bench:
             for scattered in (0, 1):
                 self.run("classification", elements=self.sizes["members"], scattered=scattered,
                          runs=self.sizes["rounds"])
+
+    def checker(self):
+        if self.wanted("checker"):
+            self.run("checker", elements=self.sizes["elements"], runs=self.sizes["rounds"])
 
     def copy(self):
         if self.wanted("copy"):
@@ -318,8 +325,8 @@ def main():
         sizes["rounds"] = options.rounds
     with tempfile.TemporaryDirectory(prefix="kov-bench-", dir=options.dir) as folder:
         bench = Bench(options, sizes, pathlib.Path(folder))
-        for part in (bench.bulk, bench.inverse, bench.classes, bench.copy, bench.sets, bench.names, bench.labels,
-                     bench.shells, bench.tables, bench.extrapolation, bench.text,
+        for part in (bench.bulk, bench.inverse, bench.classes, bench.checker, bench.copy, bench.sets,
+                     bench.names, bench.labels, bench.shells, bench.tables, bench.extrapolation, bench.text,
                      bench.parts):
             part()
     absent = [peer for peer in PEERS if bench.program("bulk_" + peer) is None]

@@ -100,6 +100,37 @@ void ConnectivityCase(BulkStore& store, std::string const& path, int wanted) {
           store, "connectivity");
 }
 
+void FieldsCase(BulkStore& store, std::string const& path, int nodes) {
+    Array<double> values(3 * static_cast<std::size_t>(nodes)), back(values.size());
+    Coordinates(nodes, values.data());
+    store.Create(path, nodes, 0);
+    auto const from = [](Array<double>& all, int first) {
+        return all.data() + std::ptrdiff_t{3} * first;
+    };
+    WriteAndRead(
+        store, "fields", path, 24.0 * nodes,
+        [&] {
+            ForBlocks(nodes,
+                      [&](int first, int n) { store.WriteField(first, n, from(values, first)); });
+            store.Commit();
+        },
+        [&] {
+            ForBlocks(nodes,
+                      [&](int first, int n) { store.ReadField(first, n, from(back, first)); });
+        });
+    Check(std::equal(back.data(), back.data() + back.size(), values.data()), store, "a field");
+    std::fill(back.data(), back.data() + back.size(), 0.0);
+    store.Open(path);
+    // The first time after opening, and again.
+    for (char const* const row : {"fields.whole1", "fields.whole2"}) {
+        Report(row, store.Name(),
+               24.0 * nodes / Seconds([&] { store.ReadField(0, nodes, back.data()); }));
+    }
+    store.Close();
+    Check(std::equal(back.data(), back.data() + back.size(), values.data()), store,
+          "a field as a whole");
+}
+
 void WriteMesh(BulkStore& store, std::string const& path, int nodes) {
     Array<double> xyz(3 * static_cast<std::size_t>(nodes));
     Coordinates(nodes, xyz.data());
@@ -183,6 +214,7 @@ int RunBulk(int argc, char** argv, BulkStore& store) {
         if (work == "connectivity") {
             ConnectivityCase(store, path, options.Int("elements", 5'000'000));
         }
+        if (work == "fields") FieldsCase(store, path, nodes);
         if (work == "gather") GatherCase(store, path, nodes, options.Int("picked", 1'000'000));
         if (work == "open") OpenCase(store, path, nodes);
     } catch (std::exception const& error) {

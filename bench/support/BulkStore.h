@@ -1,5 +1,6 @@
-// The bulk work of the table, the same for every store: coordinates and connectivity written in
-// blocks and made lasting, read back in blocks, picked at random and one in ten, and opening.
+// The bulk work of the table, the same for every store: coordinates, connectivity and a vector
+// field at nodes written in blocks and made lasting, read back in blocks, the field as a whole too;
+// nodes picked at random and one in ten; and opening.
 //
 // Each store implements `BulkStore` in its own natural way, as its users would for speed, and its
 // program's main calls RunBulk. Creating the file and the caller's buffers are outside the time.
@@ -26,6 +27,12 @@ class BulkStore {
     /// `nodes`: (n, 8), from 0, or from 1 if WantsOneBased.
     virtual void WriteConnectivity(int first, int n, int const* nodes) = 0;
     virtual bool WantsOneBased() const { return false; }
+    /// A vector at each node, as a field of results. To most stores these are numbers like those
+    /// of coordinates.
+    virtual void WriteField(int first, int n, double const* values) {
+        WriteCoordinates(first, n, values);
+    }
+    virtual void ReadField(int first, int n, double* values) { ReadCoordinates(first, n, values); }
     /// When it has returned, all that was written is lasting.
     virtual void Commit() = 0;
     virtual void Close() = 0;
@@ -38,7 +45,7 @@ class BulkStore {
     virtual bool ReadStrided(int n, int stride, double* xyz) = 0;
 };
 
-/// Runs one of the cases that `--case` names: coordinates, connectivity, gather, open.
+/// Runs one of the cases that `--case` names: coordinates, connectivity, fields, gather, open.
 int RunBulk(int argc, char** argv, BulkStore& store);
 
 }  // namespace bench
