@@ -94,7 +94,7 @@ constexpr Stem kStems[] = {
     {"thermal_strain", ExodusRank::Tensor, "THE", "THE"},
     {"temp", ExodusRank::Scalar, "NT", "TEMP"},
     {"temperature", ExodusRank::Scalar, "NT", "TEMP"},
-    {"nt11", ExodusRank::Scalar, "NT", "NT11"},
+    {"nt11", ExodusRank::Scalar, "NT", "TEMP"},
     {"mises", ExodusRank::Scalar, "MISES", "MISES"},
     {"vonmises", ExodusRank::Scalar, "MISES", "MISES"},
     {"von_mises", ExodusRank::Scalar, "MISES", "MISES"},
@@ -151,36 +151,39 @@ std::optional<ExodusComponent> FindDigits(std::string_view name, StyleTable cons
 std::optional<ExodusComponent> FindLetters(std::string_view name, StyleTable const& table) {
     for (Term const& term : table.terms) {
         std::string_view const lower = term.letters;
-        if (name.ends_with(lower)) return Before(name, lower.size(), "x", term.term);
-        if (name.ends_with(Changed(lower, Upper)))
-            return Before(name, lower.size(), "X", term.term);
+        std::string const upper = Changed(lower, Upper);
+        bool const small = name.ends_with(lower);
+        if (!small && !name.ends_with(upper)) continue;
+        auto found = Before(name, lower.size(), small ? "x" : "X", term.term);
+        // The x of grad_yx is half of a term.
+        bool const half = found && lower.size() == 1 && found->form.size() == 1 &&
+                          std::string_view(small ? "xyz" : "XYZ").find(found->stem.back()) !=
+                              std::string_view::npos;
+        return half ? std::nullopt : found;
     }
     return std::nullopt;
 }
 
-// The rank of a label of the variable map, by the labels of its components.
-std::optional<ExodusRank> RankInMap(std::string const& label) {
-    bool whole = false, vector = false, tensor = false;
-    std::string const first = label + "1", normal = label + "11";
-    char const* field = nullptr;
-    for (int row = 0; KOVSrvVariableMap::GetEntry(row)->label != nullptr; ++row) {
-        KOVSrvVariableMapEntry const& entry = *KOVSrvVariableMap::GetEntry(row);
-        if (entry.component == zdm_Component_NONE && label == entry.label) {
-            whole = true;
-            field = entry.fieldName;
-            break;
+// What the variable map says of the label of a whole field.
+std::optional<ExodusKnown> FindInMap(std::string const& label) {
+    std::optional<ExodusKnown> known;
+    for (int i = 0; KOVSrvVariableMap::GetEntry(i)->label != nullptr && !known; ++i) {
+        KOVSrvVariableMapEntry const& row = *KOVSrvVariableMap::GetEntry(i);
+        if (row.component == zdm_Component_NONE && label == row.label) {
+            known = ExodusKnown{label, ExodusRank::Scalar, row.fieldName};
         }
     }
-    if (!whole) return std::nullopt;
-    for (int row = 0; KOVSrvVariableMap::GetEntry(row)->label != nullptr; ++row) {
-        KOVSrvVariableMapEntry const& entry = *KOVSrvVariableMap::GetEntry(row);
-        if (entry.component == zdm_Component_NONE || std::strcmp(field, entry.fieldName) != 0) {
-            continue;
+    if (!known) return known;
+    std::string const vector = label + "1", tensor = label + "11";
+    for (int i = 0; KOVSrvVariableMap::GetEntry(i)->label != nullptr; ++i) {
+        KOVSrvVariableMapEntry const& row = *KOVSrvVariableMap::GetEntry(i);
+        if (row.component == zdm_Component_NONE || known->field != row.fieldName) continue;
+        if (tensor == row.label) known->rank = ExodusRank::Tensor;
+        if (vector == row.label && known->rank == ExodusRank::Scalar) {
+            known->rank = ExodusRank::Vector;
         }
-        vector = vector || first == entry.label;
-        tensor = tensor || normal == entry.label;
     }
-    return tensor ? ExodusRank::Tensor : vector ? ExodusRank::Vector : ExodusRank::Scalar;
+    return known;
 }
 
 }  // namespace
@@ -232,13 +235,19 @@ std::optional<ExodusPoint> FindExodusPoint(std::string_view name, bool marked) {
 
 std::optional<ExodusKnown> FindExodusKnown(std::string_view stem, bool elements) {
     std::string const lower = Changed(stem, Lower);
-    for (Stem const& row : kStems) {
-        if (lower == row.stem)
-            return ExodusKnown{elements ? row.inElements : row.atNodes, row.rank};
+    auto const row = std::find_if(std::begin(kStems), std::end(kStems),
+                                  [&](Stem const& entry) { return lower == entry.stem; });
+    if (row == std::end(kStems)) return FindInMap(std::string(stem));
+    ExodusKnown known{elements ? row->inElements : row->atNodes, row->rank, ""};
+    if (auto const mapped = FindInMap(known.label)) known.field = mapped->field;
+    return known;
+}
+
+bool IsVariableLabel(std::string_view name) {
+    for (int i = 0; KOVSrvVariableMap::GetEntry(i)->label != nullptr; ++i) {
+        if (name == KOVSrvVariableMap::GetEntry(i)->label) return true;
     }
-    std::string const label(stem);
-    if (auto const rank = RankInMap(label)) return ExodusKnown{label, *rank};
-    return std::nullopt;
+    return false;
 }
 
 }  // namespace kov::tool

@@ -55,9 +55,13 @@ std::optional<ExodusPoint> FindExodusPoint(std::string_view name, bool marked);
 struct ExodusKnown {
     std::string label;
     ExodusRank rank = ExodusRank::Scalar;
+    std::string field;  ///< of the variable map; empty where it does not have the label
 };
 /// The variable that a stem stands for: by the table of stems, in any case of letters, or as a
 /// label of the variable map to the letter.
 std::optional<ExodusKnown> FindExodusKnown(std::string_view stem, bool elements);
+
+/// True for a label of the variable map, of a field as a whole or of a component.
+bool IsVariableLabel(std::string_view name);
 
 }  // namespace kov::tool

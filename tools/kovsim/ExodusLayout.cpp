@@ -208,6 +208,7 @@ void LayoutReader::ReadNodes() {
         section.variables.present[0].push_back(lane && m_layout.nodes > 0);
         section.lanes[0].push_back(std::move(lane));
     };
+    section.variables.items = {m_layout.nodes};
     auto const all = m_file.Find("vals_nod_var");
     if (all) CheckValues(*all, {m_layout.frames, names.size(), m_layout.nodes});
     for (std::size_t i = 0; i < names.size(); ++i) {
@@ -271,6 +272,8 @@ void LayoutReader::ReadElements() {
     section.variables.present.assign(blocks, std::vector<bool>(count, false));
     for (std::size_t b = 0; b < blocks; ++b) {
         ExodusBlock const& block = m_layout.blocks[b];
+        section.variables.items.push_back(block.count);
+        section.variables.blockIds.push_back(std::to_string(block.id));
         for (std::size_t i = 0; i < count; ++i) {
             std::optional<ExodusLane>& lane = section.lanes[b][i];
             std::string const name =

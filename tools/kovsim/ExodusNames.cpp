@@ -74,6 +74,13 @@ class Grouping {
 
     void Pass(ExodusStyle style, Numbering numbering);
     void Take(Candidate const& candidate, ExodusStyle style, Numbering numbering);
+    void AddGroup(Candidate const& candidate, std::string const& label, ExodusRank rank,
+                  Numbering numbering, std::set<int> const& terms, std::vector<int> const& blocks);
+    std::size_t Items(std::vector<int> const& blocks) const {
+        std::size_t items = 0;
+        for (int const block : blocks) items += m_variables.items[static_cast<std::size_t>(block)];
+        return items;
+    }
     // The components of each block; none where the numbers or the components do not fit.
     std::optional<std::map<std::set<int>, std::vector<int>>> ByTerms(
         Candidate const& candidate) const;
@@ -85,6 +92,7 @@ class Grouping {
     ExodusVariables const& m_variables;
     std::vector<bool> m_taken;
     std::set<std::string> m_labels;
+    std::set<std::string> m_mapped;  // fields of the variable map that labels lead to
     ExodusGroups m_result;
 };
 
@@ -132,39 +140,61 @@ void Grouping::Take(Candidate const& candidate, ExodusStyle style, Numbering num
     for (auto const& [terms, blocks] : *byTerms) {
         bool const whole = std::find(wholes.begin(), wholes.end(), terms) != wholes.end();
         if (!known && !whole) return;
+        // Sxy may be beside Sxx or beside Sx, and tells nothing without either.
+        bool const letters =
+            style == ExodusStyle::TensorLetters || style == ExodusStyle::TensorDiagonal;
+        if (letters && *terms.begin() > 2) return;
     }
     auto const label = LabelFor(candidate, known);
     if (!label) return;
 
-    auto const tails = ComponentTails(rank);
-    for (auto const& [terms, blocks] : *byTerms) {
-        ExodusGroup group;
-        group.label = *label;
-        group.numbered = numbering != Numbering::None;
-        group.blocks = blocks;
-        for (int const term : terms) {
-            group.components.push_back(*label + tails[static_cast<std::size_t>(term)]);
-        }
-        for (int point = 1; candidate.variables.count({point, *terms.begin()}) > 0; ++point) {
-            bool used = false;
-            std::vector<int> row;
-            for (int const term : terms) {
-                auto const at = candidate.variables.find({point, term});
-                if (at == candidate.variables.end()) break;
-                row.push_back(at->second);
+    auto const most = std::max_element(
+        byTerms->begin(), byTerms->end(),
+        [&](auto const& a, auto const& b) { return Items(a.second) < Items(b.second); });
+    for (auto const& entry : *byTerms) {
+        std::string own = *label;
+        if (entry.first != most->first) {
+            own += entry.second.size() == 1 ? " of block " : " of blocks ";
+            for (int const block : entry.second) {
+                if (block != entry.second.front()) own += ", ";
+                own += m_variables.blockIds[static_cast<std::size_t>(block)];
             }
-            if (row.size() < terms.size()) break;
-            for (int const block : blocks) {
-                used = used || Present(static_cast<std::size_t>(block), row[0]);
-            }
-            if (!used) break;
-            group.variables.push_back(std::move(row));
+            m_labels.insert(own);
+            m_result.notes.push_back("'" + own +
+                                     "' is a field of its own: it has other components "
+                                     "than " +
+                                     *label + " elsewhere");
         }
-        m_result.groups.push_back(std::move(group));
+        AddGroup(candidate, own, rank, numbering, entry.first, entry.second);
     }
     for (auto const& [key, variable] : candidate.variables) {
         m_taken[static_cast<std::size_t>(variable)] = true;
     }
+}
+
+void Grouping::AddGroup(Candidate const& candidate, std::string const& label, ExodusRank rank,
+                        Numbering numbering, std::set<int> const& terms,
+                        std::vector<int> const& blocks) {
+    ExodusGroup group;
+    group.label = label;
+    group.numbered = numbering != Numbering::None;
+    group.blocks = blocks;
+    auto const tails = ComponentTails(rank);
+    for (int const term : terms) {
+        group.components.push_back(label + tails[static_cast<std::size_t>(term)]);
+    }
+    auto const isUsed = [&](int point) {
+        auto const at = candidate.variables.find({point, *terms.begin()});
+        return at != candidate.variables.end() &&
+               std::any_of(blocks.begin(), blocks.end(), [&](int block) {
+                   return Present(static_cast<std::size_t>(block), at->second);
+               });
+    };
+    for (int point = 1; isUsed(point); ++point) {
+        std::vector<int>& row = group.variables.emplace_back();
+        for (int const term : terms) row.push_back(candidate.variables.at({point, term}));
+    }
+    m_result.groups.push_back(std::move(group));
 }
 
 std::optional<std::map<std::set<int>, std::vector<int>>> Grouping::ByTerms(
@@ -201,7 +231,8 @@ std::optional<std::string> Grouping::LabelFor(Candidate const& candidate,
                            [&](auto const& entry) { return entry.second == index; });
     };
     std::string const label = known ? known->label : candidate.stem;
-    if (isFree(label)) {
+    std::string const field = known ? known->field : "";
+    if (isFree(label) && (field.empty() || m_mapped.insert(field).second)) {
         m_labels.insert(label);
         return label;
     }
@@ -213,7 +244,7 @@ std::optional<std::string> Grouping::LabelFor(Candidate const& candidate,
     return candidate.stem;
 }
 
-// What no table claims: scalars, each a field.
+// What no table claims: scalars, each a field. One that has the label of something else is renamed.
 void Grouping::TakeRest() {
     for (std::size_t i = 0; i < m_variables.names.size(); ++i) {
         if (m_taken[i]) continue;
@@ -224,15 +255,17 @@ void Grouping::TakeRest() {
             if (m_variables.present[block][i]) group.blocks.push_back(static_cast<int>(block));
         }
         if (group.blocks.empty()) continue;
-        auto const known = FindExodusKnown(name, m_variables.elements);
-        Candidate const alone{name, false, {{{1, 0}, static_cast<int>(i)}}};
-        auto const label =
-            LabelFor(alone, known && known->rank == ExodusRank::Scalar ? known : std::nullopt);
+        auto known = FindExodusKnown(name, m_variables.elements);
+        if (known && known->rank != ExodusRank::Scalar) known.reset();
+        std::optional<std::string> label;
+        if (known || !IsVariableLabel(name)) {
+            label = LabelFor({name, false, {{{1, 0}, static_cast<int>(i)}}}, known);
+        }
         group.label = label.value_or(name + " (" + std::to_string(i + 1) + ")");
         if (!label) {
             m_labels.insert(group.label);
             m_result.notes.push_back("'" + name + "' is called '" + group.label +
-                                     "', because there is " + name + " by another name");
+                                     "': it is not, or not alone, the variable " + name);
         }
         group.components = {group.label};
         m_result.groups.push_back(std::move(group));

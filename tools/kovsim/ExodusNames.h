@@ -6,6 +6,7 @@
 // The tables of endings and of stems that are known stand in the source.
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -17,6 +18,8 @@ struct ExodusVariables {
     std::vector<std::string> names;
     /// For each element block and variable whether the block has it; one row for nodes.
     std::vector<std::vector<bool>> present;
+    std::vector<std::size_t> items;     ///< in each block
+    std::vector<std::string> blockIds;  ///< of each block, for labels; none for nodes
 };
 
 /// One field: variables of the file in the order of points and components.
@@ -31,8 +34,8 @@ struct ExodusGroup {
 };
 
 struct ExodusGroups {
-    /// In the order of their first variable. Several may have one label, where blocks have
-    /// different components: no block is in two of them.
+    /// In the order of their first variable. Labels are distinct, and so are the fields of the
+    /// variable map that they lead to.
     std::vector<ExodusGroup> groups;
     std::vector<std::string> notes;
 };

@@ -208,7 +208,16 @@ std::uint64_t HeaderReader::WholeRecords() const {
     return whole;
 }
 
+bool IsClassic(std::string_view start) {
+    return start.size() > 3 && start.substr(0, 3) == "CDF" &&
+           (start[3] == 1 || start[3] == 2 || start[3] == 5);
+}
+
 }  // namespace
+
+bool LooksLikeNetcdf(std::string_view start) {
+    return start.substr(0, kHdf5.size()) == kHdf5 || IsClassic(start);
+}
 
 std::uint64_t CheckNetcdfLayout(std::string const& path) {
     std::error_code error;
@@ -225,10 +234,8 @@ std::uint64_t CheckNetcdfLayout(std::string const& path) {
     }
     std::string_view const magic(bytes.data(), bytes.size());
     if (magic == kHdf5) return std::numeric_limits<std::uint64_t>::max();
-    if (magic.substr(0, 3) == "CDF" && (magic[3] == 1 || magic[3] == 2 || magic[3] == 5)) {
-        return HeaderReader(path, length).Check();
-    }
-    throw Failure(path + ": is not a netCDF file");
+    if (!IsClassic(magic)) throw Failure(path + ": is not a netCDF file");
+    return HeaderReader(path, length).Check();
 }
 
 }  // namespace kov::tool

@@ -5,8 +5,12 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 namespace kov::tool {
+
+/// True for the first bytes of a netCDF file of any form, 8 at least.
+bool LooksLikeNetcdf(std::string_view start);
 
 /// How many records, that is time steps, the file has whole: of one that is still being written, or
 /// was cut short, the last are missing. The largest number where the form does not tell.

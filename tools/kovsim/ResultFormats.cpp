@@ -7,7 +7,9 @@
 #include <string_view>
 #include <system_error>
 
+#include "ExodusSource.h"
 #include "FrdSource.h"
+#include "NetcdfLayout.h"
 
 namespace kov::tool {
 namespace {
@@ -25,6 +27,7 @@ std::unique_ptr<ResultSource> Open(std::string const& path) {
 
 constexpr ResultFormat kFormats[] = {
     {"CalculiX .frd", LooksLikeFrd, Open<FrdSource>},
+    {"Exodus II", LooksLikeNetcdf, Open<ExodusSource>},
 };
 
 [[noreturn]] void FailSystem(std::string const& path, char const* what) {
