@@ -8,6 +8,7 @@
 #include "Commands.h"
 #include "Conventions.h"
 #include "DocumentReader.h"
+#include "DocumentResults.h"
 #include "ElementClasses.h"
 #include "InstanceList.h"
 #include "JobRecords.h"
@@ -52,6 +53,8 @@ struct Overview {
     int tableFields = 0;
     int classes = 0;
     std::vector<JobStep> steps;
+    long frames = 0;
+    long fields = 0;
     bool hasStatus = false;
     int status = 0;
     KOVObjDocumentStatistics sizes;
@@ -97,6 +100,11 @@ Overview LookAt(KOVObjDocument const& document) {
     overview.tableFields = model.GetMap(schema::Model_distributions()).Size();
     overview.classes = CountElementClasses(document);
     overview.steps = JobSteps(document);
+    DocumentResults const results(document);
+    for (ResultStep const& step : results.Steps()) {
+        overview.frames += static_cast<long>(step.frames.size());
+    }
+    overview.fields = static_cast<long>(results.CountFields());
     overview.hasStatus = ReadJobStatus(document, overview.status);
     overview.sizes = document.Statistics();
     return overview;
@@ -141,6 +149,7 @@ std::string JsonText(Options const& options, Overview const& overview) {
             .EndObject();
     }
     json.EndArray();
+    json.Member("frames", overview.frames).Member("fields", overview.fields);
     json.Key("jobStatus");
     overview.hasStatus ? json.Value(overview.status) : json.Null();
     KOVObjDocumentStatistics const& sizes = overview.sizes;
@@ -222,6 +231,8 @@ std::string PlainText(Options const& options, Overview const& overview) {
         table.Line("  " + step.name, step.conditions,
                    step.conditions == 1 ? "condition" : "conditions");
     }
+    table.Line("frames", overview.frames);
+    table.Line("result fields", overview.fields);
     if (overview.hasStatus) table.Line("job status", overview.status);
     KOVObjDocumentStatistics const& sizes = overview.sizes;
     table.Line("distributions", sizes.distributions);

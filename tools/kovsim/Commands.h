@@ -21,6 +21,7 @@ void AddClasses(CLI::App& app, Action& action);
 void AddCompact(CLI::App& app, Action& action);
 void AddExport(CLI::App& app, Action& action);
 void AddExtract(CLI::App& app, Action& action);
+void AddFields(CLI::App& app, Action& action);
 void AddMap(CLI::App& app, Action& action);
 void AddFind(CLI::App& app, Action& action);
 void AddLayup(CLI::App& app, Action& action);
