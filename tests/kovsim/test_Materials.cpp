@@ -225,6 +225,87 @@ TEST_P(Materials, WhatIsNotKeptIsNoted) {
                                            {"MODULI of *ELASTIC, which was not kept", 1}}));
 }
 
+TEST_P(Materials, TypesThatAreNotKeptAreNoted) {
+    Translate(kM +
+              "*ELASTIC, TYPE=SHORT FIBER\n1\n*PLASTIC, HARDENING=combined\n1\n"
+              "*EXPANSION, TYPE=USER\n*DENSITY, PORE FLUID\n1\n*DENSITY\n2\n");
+    EXPECT_EQ(KeysOf(Material("M").GetMap(schema::Material_behaviors())), Texts{"Density"});
+    EXPECT_EQ(Table("Density", One(8)), (TableFound{{{2}}}));
+    EXPECT_EQ(summary.notes, (std::map<std::string, long>{
+                                 {"*DENSITY with PORE FLUID, which was not kept", 1},
+                                 {"*ELASTIC with TYPE=SHORT FIBER, which was not kept", 1},
+                                 {"*EXPANSION with TYPE=USER, which was not kept", 1},
+                                 {"*PLASTIC with HARDENING=COMBINED, which was not kept", 1}}));
+}
+
+// ------------------------------------------------------------------------------- stability
+
+struct Elasticity {
+    char const* name;
+    std::string type;
+    std::string line;
+    std::string finding;  ///< empty for a stable one
+};
+void PrintTo(Elasticity const& c, std::ostream* out) { *out << c.name; }
+
+class Stability : public ::testing::TestWithParam<Elasticity> {};
+
+std::string const kNotDefinite = "the stiffness is not positive definite";
+
+Elasticity const kElasticities[] = {
+    {"Lamina", "LAMINA", "100, 1, 9.99, 1, 1, 1", ""},
+    {"LaminaAtTheLimit", "LAMINA", "100, 1, 10, 1, 1, 1", "nu12 is not below the root of E1/E2"},
+    {"LaminaBelow", "LAMINA", "100, 1, -10.5, 1, 1, 1", "nu12 is not below the root of E1/E2"},
+    {"LaminaOfExtremeModuli", "LAMINA", "1e308, 1e-308, 0, 1, 1, 1", ""},
+    {"Engineering", "ENGINEERING CONSTANTS", "4, 1, 1, 1, 1, 0.3, 1, 1\n1", ""},
+    {"EngineeringRatio", "ENGINEERING CONSTANTS", "4, 1, 1, 0.3, 2, 0.4, 1, 1\n1",
+     "nu13 is not below the root of E1/E3"},
+    {"EngineeringThirdRatio", "ENGINEERING CONSTANTS", "4, 1, 9, 0.3, .3, 0.34, 1, 1\n1",
+     "nu23 is not below the root of E2/E3"},
+    {"EngineeringTogether", "ENGINEERING CONSTANTS", "1, 1, 1, 0.5, 0.5, 0.5, 1, 1\n1",
+     "nu12, nu13 and nu23 together are too large for a stiffness that is positive definite"},
+    {"EngineeringTogetherJustBelow", "ENGINEERING CONSTANTS", "1, 1, 1, 0.499, 0.5, 0.5, 1, 1\n1",
+     ""},
+    {"Orthotropic", "ORTHOTROPIC", "2, 1, 2, 1, 1, 2, 1, 1\n1", ""},
+    {"OrthotropicOfExtremeModuli", "ORTHOTROPIC",
+     "2e300, 1e300, 2e300, 1e300, 1e300, 2e300, 1e-300, 1\n1", ""},
+    {"OrthotropicPair", "ORTHOTROPIC", "2, 2, 2, 1, 1, 2, 1, 1\n1", kNotDefinite},
+    {"OrthotropicTogether", "ORTHOTROPIC", "1, -.5, 1, -.5, -.5, 1, 1, 1\n1", kNotDefinite},
+    {"Anisotropic", "ANISOTROPIC",
+     "2, 1, 2, 1, 1, 2, 0, 0\n0, 1, 0, 0, 0, 0, 1, 0\n0, 0, 0, 0.99, 1", ""},
+    {"AnisotropicShear", "ANISOTROPIC",
+     "2, 1, 2, 1, 1, 2, 0, 0\n0, 1, 0, 0, 0, 0, 1, 0\n0, 0, 0, 1.01, 1", kNotDefinite},
+    {"AnisotropicCoupling", "ANISOTROPIC",
+     "1, 0, 1, 0, 0, 1, 1.5, 0\n0, 1, 0, 0, 0, 0, 1, 0\n0, 0, 0, 0, 1", kNotDefinite},
+};
+
+TEST_P(Stability, IsAFindingAndNoError) {
+    InMemory made(kM + "*ELASTIC, TYPE=" + GetParam().type + "\n" + GetParam().line + "\n");
+    made.Translate();
+    tool::UnstableRows const& unstable = made.summary.unstable;
+    if (GetParam().finding.empty()) {
+        EXPECT_EQ(unstable.rows, 0);
+        return;
+    }
+    ASSERT_EQ(unstable.rows, 1);
+    EXPECT_EQ(unstable.first.at(0).path, "deck.inp");
+    EXPECT_EQ(unstable.first.at(0).line, 3);
+    EXPECT_EQ(unstable.first.at(0).material, "M");
+    EXPECT_EQ(unstable.first.at(0).text, GetParam().finding);
+}
+INSTANTIATE_TEST_SUITE_P(All, Stability, ::testing::ValuesIn(kElasticities),
+                         [](auto const& of) { return std::string(of.param.name); });
+
+TEST(StabilityAlone, ManyRowsAreCountedAndTheFirstTenShown) {
+    std::string deck = kM + "*ELASTIC, TYPE=LAMINA\n";
+    for (int i = 0; i < 40; ++i) deck += "1, 1, 2, 1, 1, 1, " + std::to_string(i) + "\n";
+    InMemory made(deck);
+    made.Translate();
+    EXPECT_EQ(made.summary.unstable.rows, 40);
+    ASSERT_EQ(made.summary.unstable.first.size(), 10U);
+    EXPECT_EQ(made.summary.unstable.first[9].line, 12);
+}
+
 TEST_P(Materials, NumbersAreKeptExactly) {
     Translate(kM +
               "*EXPANSION, TYPE=ANISO\n-0., 4.9406564584124654e-324, 1.7976931348623157e308, "
@@ -373,14 +454,14 @@ MaterialError const kCases[] = {
     {"NoDataLineBeforeAKeyword", "*DENSITY, DEPENDENCIES=2\n*HEADING\n",
      "deck.inp:2: *DENSITY without a data line; expected density, temperature, field variable 1, "
      "field variable 2"},
-    {"UnknownType", "*ELASTIC, TYPE=SHORT FIBER\n1\n",
-     "deck.inp:2: 'SHORTFIBER' is not known; expected TYPE=ISOTROPIC, ORTHOTROPIC, ENGINEERING "
+    {"UnknownType", "*ELASTIC, TYPE=WOODEN\n1\n",
+     "deck.inp:2: 'WOODEN' is not known; expected TYPE=ISOTROPIC, ORTHOTROPIC, ENGINEERING "
      "CONSTANTS, ANISOTROPIC, LAMINA, SHEAR or TRACTION"},
     {"TooShortAType", "*ELASTIC, TYPE=LA\n1\n",
      "deck.inp:2: 'LA' is not known; expected TYPE=ISOTROPIC, ORTHOTROPIC, ENGINEERING CONSTANTS, "
      "ANISOTROPIC, LAMINA, SHEAR or TRACTION"},
-    {"UnknownHardening", "*PLASTIC, HARDENING=USER\n1\n",
-     "deck.inp:2: 'USER' is not known; expected HARDENING=ISOTROPIC or KINEMATIC"},
+    {"UnknownHardening", "*PLASTIC, HARDENING=SOFT\n1\n",
+     "deck.inp:2: 'SOFT' is not known; expected HARDENING=ISOTROPIC or KINEMATIC"},
     {"UnknownParameter", "*DENSITY, TYPE=ISO\n1\n",
      "deck.inp:2: *DENSITY has no parameter 'TYPE'; expected DEPENDENCIES, PORE FLUID"},
     {"Dependencies", "*ELASTIC, DEPENDENCIES=0\n1, 0\n",
@@ -389,6 +470,10 @@ MaterialError const kCases[] = {
      "deck.inp:2: '1.5' is no number of field variables; expected a whole number from 1 to 1000"},
     {"TooManyDependencies", "*ELASTIC, DEPENDENCIES=1001\n1, 0\n",
      "deck.inp:2: '1001' is no number of field variables; expected a whole number from 1 to 1000"},
+    {"NegativeDependencies", "*ELASTIC, DEPENDENCIES=-1\n1, 0\n",
+     "deck.inp:2: '-1' is no number of field variables; expected a whole number from 1 to 1000"},
+    {"TextualDependencies", "*ELASTIC, DEPENDENCIES=x\n1, 0\n",
+     "deck.inp:2: 'x' is no number of field variables; expected a whole number from 1 to 1000"},
     // ---- counts ----
     {"TooFewValues", "*ELASTIC\n1\n", "deck.inp:3: nu is missing; expected E, nu, temperature"},
     {"BlankValue", "*ELASTIC\n, 0.3\n", "deck.inp:3: E is missing; expected E, nu, temperature"},
@@ -396,6 +481,9 @@ MaterialError const kCases[] = {
      "deck.inp:3: more than 3 values on the line; expected E, nu, temperature"},
     {"MissingFieldVariable", "*ELASTIC, DEPENDENCIES=1\n1, 0, 20\n",
      "deck.inp:3: field variable 1 is missing; expected E, nu, temperature, field variable 1"},
+    {"ManyFieldVariablesAreNotAllNamed", "*DENSITY, DEPENDENCIES=1000\n1, 20\n",
+     "deck.inp:3: field variable 1 is missing; expected density, temperature, field variable 1, "
+     "field variable 2, field variable 3, ... field variable 1000"},
     {"MissingSecondLine", "*ELASTIC, TYPE=ENGINEERING CONSTANTS\n1,1,1,0,0,0,1,1\n*DENSITY\n1\n",
      "deck.inp:3: G23 is missing; expected E1, E2, E3, nu12, nu13, nu23, G12, G13, G23, "
      "temperature"},
@@ -433,6 +521,8 @@ MaterialError const kCases[] = {
     {"DampingText", "*DAMPING, BETA=TABULAR\n",
      "deck.inp:2: 'TABULAR' is no number; expected BETA"},
     {"ZeroText", "*EXPANSION, ZERO=20C\n1\n", "deck.inp:2: '20C' is no number; expected ZERO"},
+    {"ZeroTooLarge", "*EXPANSION, ZERO=1e999\n1\n",
+     "deck.inp:2: '1e999' is too large a number; expected ZERO"},
     {"ZeroWithoutValue", "*EXPANSION, ZERO=\n1\n",
      "deck.inp:2: parameter ZERO has no value; expected ZERO=..."},
     // ---- order ----

@@ -52,20 +52,21 @@ TEST_F(MaterialsCommand, MaterialsAreListedWithTheirBehaviours) {
     EXPECT_EQ(
         Show({}),
         "3 materials\n"
-        "  material      behaviour  type       rows  temperatures  field variables\n"
-        "  \"Foam, soft\"  -          -             -  -                           -\n"
-        "  Ply           Elastic    LAMINA        2  -                           1\n"
-        "  Steel         Damping    -             -  -                           -  alpha 0.1, "
-        "beta 2\n"
-        "                Density    -             1  -                           -\n"
-        "                Elastic    ISOTROPIC     2  20 to 400                   -\n"
-        "                Expansion  ISOTROPIC     1  -                           -  zero 20\n");
+        "  material      sections  behaviour  type       rows  temperatures  field variables\n"
+        "  \"Foam, soft\"         0  -          -             -  -                           -\n"
+        "  Ply                  0  Elastic    LAMINA        2  -                           1\n"
+        "  Steel                0  Damping    -             -  -                           -  "
+        "alpha 0.1, beta 2\n"
+        "                          Density    -             1  -                           -\n"
+        "                          Elastic    ISOTROPIC     2  20 to 400                   -\n"
+        "                          Expansion  ISOTROPIC     1  -                           -  "
+        "zero 20\n");
 }
 
 TEST_F(MaterialsCommand, OneIsShownWithItsTables) {
     Translate(kDeck);
     EXPECT_EQ(Show({"Steel"}),
-              "material Steel: 4 behaviours\n"
+              "material Steel: 4 behaviours, no section\n"
               "  Damping, alpha 0.1, beta 2\n"
               "  Density\n"
               "    density\n"
@@ -78,12 +79,60 @@ TEST_F(MaterialsCommand, OneIsShownWithItsTables) {
               "      alpha\n"
               "    1.2e-05\n");
     EXPECT_EQ(Show({"Ply"}),
-              "material Ply: 1 behaviour\n"
+              "material Ply: 1 behaviour, no section\n"
               "  Elastic, LAMINA\n"
               "          E1       E2  nu12      G12      G13      G23  field 1\n"
               "    1.35e+11  9.8e+09  0.31  4.9e+09  4.9e+09  3.4e+09        1\n"
               "     1.3e+11    9e+09   0.3    4e+09    4e+09    3e+09      2.5\n");
-    EXPECT_EQ(Show({"Foam, soft"}), "material \"Foam, soft\": 0 behaviours\n");
+    EXPECT_EQ(Show({"Foam, soft"}), "material \"Foam, soft\": 0 behaviours, no section\n");
+}
+
+TEST_F(MaterialsCommand, SectionsOfAMaterialAreNamed) {
+    Translate("*NODE\n1\n2, 1\n3, 1, 1\n4, 0, 1\n5, 0, 0, 1\n" +
+              std::string("*ELEMENT, TYPE=S3, ELSET=A\n1, 1, 2, 3\n*ELEMENT, TYPE=S3, ELSET=B\n") +
+              "2, 1, 3, 4\n*ELEMENT, TYPE=C3D4, ELSET=\"C, D\"\n3, 1, 2, 3, 5\n"
+              "*ELEMENT, TYPE=C3D4, ELSET=E\n4, 1, 3, 4, 5\n" +
+              kDeck +
+              "*SHELL SECTION, ELSET=A, MATERIAL=Steel\n1\n*SHELL SECTION, ELSET=B, COMPOSITE\n"
+              "1, 3, Ply\n1, 3, Steel\n1, 3, Ply\n*SOLID SECTION, ELSET=\"C, D\", MATERIAL=Ply\n"
+              "*SOLID SECTION, ELSET=E, COMPOSITE\n1, 3, Steel\n1, 3, Ply\n");
+    EXPECT_NE(Show({"Steel"}).find(": 4 behaviours, 3 sections\n  in A, B, E\n"), std::string::npos)
+        << Show({"Steel"});
+    EXPECT_NE(Show({"Ply"}).find(": 1 behaviour, 3 sections\n  in B, \"C, D\", E\n"),
+              std::string::npos)
+        << Show({"Ply"});
+    JsonValue const list = Json();
+    EXPECT_EQ(list["materials"][0]["sectionCount"].Int(), 0);
+    EXPECT_EQ(list["materials"][1]["sectionCount"].Int(), 3);
+    EXPECT_EQ(list["materials"][2]["sectionCount"].Int(), 3);
+    JsonValue const steel = Json({"Steel"});
+    EXPECT_EQ(steel["materials"][0]["sectionCount"].Int(), 3);
+    std::vector<std::string> names;
+    for (JsonValue const& name : steel["materials"][0]["sections"].items) {
+        names.push_back(name.text);
+    }
+    EXPECT_EQ(names, (std::vector<std::string>{"A", "B", "E"}));
+}
+
+TEST_F(MaterialsCommand, TheSummaryTellsOfUnstableElasticity) {
+    WriteFile(work / "d.inp", "*MATERIAL, NAME=M\n*ELASTIC, TYPE=LAMINA\n1, 1, 2, 1, 1, 1\n");
+    std::string const text = work.Run({"translate", "d.inp", "-o", "m.ksd"}).output;
+    EXPECT_NE(text.find("d.inp:3: elasticity of material 'M' is not stable: nu12 is not below the "
+                        "root of E1/E2\n"),
+              std::string::npos)
+        << text;
+    JsonValue const json =
+        ParseJson(work.Run({"translate", "d.inp", "-o", "n.ksd", "--json"}).output);
+    EXPECT_EQ(json["unstableElasticity"]["rows"].Int(), 1);
+    EXPECT_EQ(json["unstableElasticity"]["first"][0]["material"].text, "M");
+}
+
+TEST_F(MaterialsCommand, InfoCountsBehaviours) {
+    Translate(kDeck);
+    JsonValue const json = ParseJson(work.Run({"info", "m.ksd", "--json"}).output);
+    EXPECT_EQ(json["materials"].Int(), 3);
+    EXPECT_EQ(json["behaviors"].Int(), 5);
+    EXPECT_NE(work.Run({"info", "m.ksd"}).output.find("  with 5 behaviours\n"), std::string::npos);
 }
 
 TEST_F(MaterialsCommand, CaseIsForgivenInNames) {
@@ -173,7 +222,7 @@ TEST_F(MaterialsCommand, BehavioursOfAnotherWriterAreNamed) {
         document.Close();
     }
     EXPECT_EQ(Show({"Foam, soft"}),
-              "material \"Foam, soft\": 2 behaviours\n"
+              "material \"Foam, soft\": 2 behaviours, no section\n"
               "  Crushable\n"
               "    no table of a known form\n"
               "  Elastic\n"

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "Commands.h"
+#include "ConditionContent.h"
 #include "Conventions.h"
 #include "DocumentReader.h"
 #include "DocumentResults.h"
@@ -16,7 +17,9 @@
 #include "KOVSimDataRecord.h"
 #include "KOVSimMap.h"
 #include "KOVSimSchema.h"
+#include "MaterialContent.h"
 #include "Names.h"
+#include "ObjectContent.h"
 #include "Table.h"
 
 namespace kov::tool {
@@ -48,9 +51,11 @@ struct Overview {
     int surfaces = 0;
     int orientations = 0;
     int materials = 0;
+    int behaviors = 0;
     int sections = 0;
     int plies = 0;
     int tableFields = 0;
+    int initialConditions = 0;
     int classes = 0;
     std::vector<JobStep> steps;
     long frames = 0;
@@ -95,9 +100,11 @@ Overview LookAt(KOVObjDocument const& document) {
     overview.orientations = model.GetMap(schema::Model_orientationsByName()).Size();
     overview.materials =
         document.GetMaterialCollection().GetMap(schema::MaterialLib_materials()).Size();
+    overview.behaviors = CountBehaviors(document);
     overview.sections = model.GetMap(schema::Model_sections()).Size();
     overview.plies = model.GetMap(schema::Model_plies()).Size();
     overview.tableFields = model.GetMap(schema::Model_distributions()).Size();
+    overview.initialConditions = CountInitialConditions(document);
     overview.classes = CountElementClasses(document);
     overview.steps = JobSteps(document);
     DocumentResults const results(document);
@@ -138,8 +145,10 @@ std::string JsonText(Options const& options, Overview const& overview) {
     }
     json.EndArray();
     json.Member("surfaces", overview.surfaces).Member("orientations", overview.orientations);
-    json.Member("materials", overview.materials).Member("sections", overview.sections);
+    json.Member("materials", overview.materials).Member("behaviors", overview.behaviors);
+    json.Member("sections", overview.sections);
     json.Member("plies", overview.plies).Member("tableFields", overview.tableFields);
+    json.Member("initialConditions", overview.initialConditions);
     json.Member("elementClasses", overview.classes);
     json.Key("steps").BeginArray();
     for (JobStep const& step : overview.steps) {
@@ -221,10 +230,12 @@ std::string PlainText(Options const& options, Overview const& overview) {
     AddInstances(table, overview.instances);
     table.Line("surfaces", overview.surfaces);
     table.Line("orientations", overview.orientations);
-    table.Line("materials", overview.materials);
+    table.Line("materials", overview.materials,
+               overview.behaviors > 0 ? "with " + CountText(overview.behaviors, "behaviour") : "");
     table.Line("sections", overview.sections);
     table.Line("plies", overview.plies);
     table.Line("table fields", overview.tableFields);
+    table.Line("initial conditions", overview.initialConditions);
     table.Line("element classes", overview.classes);
     table.Line("steps", static_cast<long>(overview.steps.size()));
     for (JobStep const& step : overview.steps) {

@@ -2,6 +2,7 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <map>
 #include <memory>
 #include <string>
 #include <utility>
@@ -12,6 +13,7 @@
 #include "DocumentReader.h"
 #include "Json.h"
 #include "MaterialContent.h"
+#include "MaterialUses.h"
 #include "Names.h"
 #include "Nearest.h"
 #include "ObjectContent.h"
@@ -19,6 +21,9 @@
 
 namespace kov::tool {
 namespace {
+
+// So many sections are named; JSON has them all.
+constexpr std::size_t kMostSections = 20;
 
 struct Options {
     std::string document;
@@ -44,23 +49,34 @@ std::string TemperatureText(BehaviorContent const& behavior) {
                                                : lowest + " to " + NumberText(behavior.highest);
 }
 
+using MaterialCounts = std::map<KOVSimDynamicID, int, ByIdentity>;
+
+int UsesOf(MaterialCounts const& uses, MaterialContent const& material) {
+    auto const found = uses.find(material.position.ID());
+    return found == uses.end() ? 0 : found->second;
+}
+
 // ------------------------------------------------------------------------------------- text
 
 void PrintList(TextOut& out, KOVObjDocument const& document,
                std::vector<std::string> const& names) {
     out << CountText(static_cast<long>(names.size()), "material") << "\n";
     if (names.empty()) return;
-    Columns columns("lllrlrl");
-    columns.Row({"material", "behaviour", "type", "rows", "temperatures", "field variables", ""});
+    Columns columns("lrllrlrl");
+    columns.Row({"material", "sections", "behaviour", "type", "rows", "temperatures",
+                 "field variables", ""});
+    auto const uses = CountMaterialUses(document);
     for (std::string const& name : names) {
         MaterialContent const material = LookAtMaterial(document, name);
         std::string shown = NameText(name);
-        if (material.behaviors.empty()) columns.Row({shown, "-", "-", "-", "-", "-", ""});
+        std::string sections = std::to_string(UsesOf(uses, material));
+        if (material.behaviors.empty()) columns.Row({shown, sections, "-", "-", "-", "-", "-", ""});
         for (BehaviorContent const& behavior : material.behaviors) {
             bool const table = behavior.table != nullptr;
             columns.Row(
-                {std::exchange(shown, ""), NameText(behavior.name), OrDash(behavior.type),
-                 table ? std::to_string(behavior.rows) : "-", OrDash(TemperatureText(behavior)),
+                {std::exchange(shown, ""), std::exchange(sections, ""), NameText(behavior.name),
+                 OrDash(behavior.type), table ? std::to_string(behavior.rows) : "-",
+                 OrDash(TemperatureText(behavior)),
                  behavior.fieldVariables > 0 ? std::to_string(behavior.fieldVariables) : "-",
                  NumbersText(behavior)});
         }
@@ -94,9 +110,21 @@ void PrintRows(TextOut& out, BehaviorContent const& behavior) {
     });
 }
 
-void PrintMaterial(TextOut& out, MaterialContent const& material) {
+void PrintMaterial(TextOut& out, MaterialContent const& material,
+                   std::vector<std::string> const& sections) {
     out << "material " << NameText(material.name) << ": "
-        << CountText(static_cast<long>(material.behaviors.size()), "behaviour") << "\n";
+        << CountText(static_cast<long>(material.behaviors.size()), "behaviour") << ", "
+        << (sections.empty() ? "no section"
+                             : CountText(static_cast<long>(sections.size()), "section"))
+        << "\n";
+    std::size_t const shown = std::min(sections.size(), kMostSections);
+    for (std::size_t i = 0; i < shown; ++i) {
+        out << (i == 0 ? "  in " : ", ") << NameText(sections[i]);
+    }
+    if (shown < sections.size()) {
+        out << " and " << std::to_string(sections.size() - shown) << " more";
+    }
+    if (shown > 0) out << "\n";
     for (BehaviorContent const& behavior : material.behaviors) {
         std::string title = NameText(behavior.name);
         if (!behavior.type.empty()) title += ", " + NameText(behavior.type);
@@ -141,13 +169,26 @@ void AddBehavior(TextOut& out, Json& json, BehaviorContent const& behavior, bool
     json.EndObject();
 }
 
+void AddSections(Json& json, std::vector<std::string> const& sections) {
+    json.Member("sectionCount", static_cast<long>(sections.size())).Key("sections").BeginArray();
+    for (std::string const& section : sections) json.Value(section);
+    json.EndArray();
+}
+
 void PrintJson(TextOut& out, Options const& options, KOVObjDocument const& document,
                std::vector<std::string> const& names) {
+    MaterialCounts const uses = options.hasName ? MaterialCounts() : CountMaterialUses(document);
     Json json;
     json.BeginObject().Member("document", options.document).Key("materials").BeginArray();
     for (std::string const& name : names) {
         MaterialContent const material = LookAtMaterial(document, name);
-        json.BeginObject().Member("name", name).Key("behaviors").BeginArray();
+        json.BeginObject().Member("name", name);
+        if (options.hasName) {
+            AddSections(json, SectionsOfMaterial(document, material.position));
+        } else {
+            json.Member("sectionCount", UsesOf(uses, material));
+        }
+        json.Key("behaviors").BeginArray();
         for (BehaviorContent const& behavior : material.behaviors) {
             AddBehavior(out, json, behavior, options.hasName);
         }
@@ -184,7 +225,8 @@ int Materials(Options const& options) {
         if (options.json) {
             PrintJson(out, options, document, names);
         } else if (options.hasName) {
-            PrintMaterial(out, LookAtMaterial(document, names[0]));
+            MaterialContent const material = LookAtMaterial(document, names[0]);
+            PrintMaterial(out, material, SectionsOfMaterial(document, material.position));
         } else {
             PrintList(out, document, names);
         }

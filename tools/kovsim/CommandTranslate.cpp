@@ -12,6 +12,7 @@
 #include "KOVObjDocument.h"
 #include "KOVSimTransaction.h"
 #include "Names.h"
+#include "ObjectContent.h"
 #include "OutputPlace.h"
 #include "Progress.h"
 #include "Translation.h"
@@ -45,6 +46,7 @@ std::string JsonSummary(Options const& options, TranslationSummary const& summar
     json.Member("materials", static_cast<long>(summary.materials));
     json.Member("sections", static_cast<long>(summary.sections));
     json.Member("plies", static_cast<long>(summary.plies));
+    json.Member("initialConditions", static_cast<long>(summary.initialConditions));
     json.Member("elementClasses", classes);
     json.Member("files", summary.files);
     json.Member("repeatedNodes", summary.repeatedNodes);
@@ -73,6 +75,13 @@ std::string JsonSummary(Options const& options, TranslationSummary const& summar
         json.Member("kind", FittingElement(section.kind)).Member("set", section.set);
         json.Member("elements", section.count).Member("type", section.type);
         json.Member("instance", section.instance).Member("label", section.label).EndObject();
+    }
+    json.EndArray().EndObject();
+    json.Key("unstableElasticity").BeginObject().Member("rows", summary.unstable.rows);
+    json.Key("first").BeginArray();
+    for (UnstableRows::Row const& row : summary.unstable.first) {
+        json.BeginObject().Member("file", row.path).Member("line", row.line);
+        json.Member("material", row.material).Member("finding", row.text).EndObject();
     }
     json.EndArray().EndObject();
     json.Member("seconds", seconds);
@@ -120,6 +129,17 @@ std::string MisfitText(Misfits const& misfits) {
     return text;
 }
 
+std::string UnstableText(UnstableRows const& unstable) {
+    std::string text;
+    for (UnstableRows::Row const& row : unstable.first) {
+        text += row.path + ":" + std::to_string(row.line) + ": elasticity of material '" +
+                Shown(row.material) + "' is not stable: " + row.text + "\n";
+    }
+    long const more = unstable.rows - static_cast<long>(unstable.first.size());
+    if (more > 0) text += "and " + CountText(more, "more row") + " of elasticity\n";
+    return text;
+}
+
 std::string PlainSummary(Options const& options, TranslationSummary const& summary, int classes,
                          double seconds) {
     std::string text = options.deck + " -> " + options.output + "\n";
@@ -144,6 +164,7 @@ std::string PlainSummary(Options const& options, TranslationSummary const& summa
     some("materials", summary.materials);
     some("sections", summary.sections);
     some("plies", summary.plies);
+    some("initial conditions", summary.initialConditions);
     line("element classes", classes);
     if (summary.files > 1) line("files", summary.files);
     if (summary.repeatedNodes > 0) line("nodes defined twice", summary.repeatedNodes);
@@ -152,6 +173,7 @@ std::string PlainSummary(Options const& options, TranslationSummary const& summa
         text += note + ": " + std::to_string(count) + "\n";
     text += SectionlessText(summary);
     text += MisfitText(summary.misfits);
+    text += UnstableText(summary.unstable);
     char row[80];
     std::snprintf(row, sizeof row, "%-24s %12.2f\n", "seconds", seconds);
     return text + row;

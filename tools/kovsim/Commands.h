@@ -19,6 +19,7 @@ void AddInfo(CLI::App& app, Action& action);
 void AddVerify(CLI::App& app, Action& action);
 void AddClasses(CLI::App& app, Action& action);
 void AddCompact(CLI::App& app, Action& action);
+void AddConditions(CLI::App& app, Action& action);
 void AddExport(CLI::App& app, Action& action);
 void AddExtract(CLI::App& app, Action& action);
 void AddFields(CLI::App& app, Action& action);

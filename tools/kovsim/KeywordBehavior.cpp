@@ -8,7 +8,9 @@
 
 #include <algorithm>
 #include <charconv>
+#include <functional>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -26,6 +28,8 @@ using Result = FieldScanner::Result;
 
 constexpr std::size_t kOnLine = 8;
 constexpr int kMostFieldVariables = 1000;
+constexpr std::size_t kFieldsNamed = 3;  // in messages
+constexpr long kMostFindings = 10;
 
 // What is wrong with a number; empty if nothing is. `name`: what it is.
 std::string Fault(double value, ColumnRule rule, std::string const& name) {
@@ -44,12 +48,24 @@ std::string Fault(double value, ColumnRule rule, std::string const& name) {
     return "";
 }
 
+// A type as it is compared: types are shown with blanks, which mean nothing.
+std::string TypeWord(std::string_view type) {
+    std::string word = LowerCase(type);
+    std::erase(word, ' ');
+    return word;
+}
+
 // The rows of one table.
 class RowReader {
   public:
+    /// `find`: takes the line and what was found wrong with the numbers of a row.
     RowReader(DeckReader& reader, BehaviorTable const& table, int fieldVariables,
-              BehaviorWriter& writer)
-        : m_reader(reader), m_table(table), m_writer(writer), m_fieldVariables(fieldVariables) {
+              BehaviorWriter& writer, std::function<void(int, std::string const&)> find)
+        : m_reader(reader),
+          m_table(table),
+          m_writer(writer),
+          m_find(std::move(find)),
+          m_fieldVariables(fieldVariables) {
         m_dependents = table.columns.size();
         m_width = m_dependents + 1 + static_cast<std::size_t>(fieldVariables);
     }
@@ -67,6 +83,10 @@ class RowReader {
                 CheckTemperature(line);
             }
             CheckOrder(line);
+            if (m_table.finding != nullptr) {
+                std::string const finding = m_table.finding(m_row.data());
+                if (!finding.empty()) m_find(line, finding);
+            }
             m_writer.AddRow(m_row);
             std::swap(m_row, m_before);
         } while (m_reader.NextData());
@@ -74,9 +94,10 @@ class RowReader {
     }
 
     std::string Expected() const {
+        std::size_t const shown = std::min(m_width, m_dependents + 1 + kFieldsNamed);
         std::string names;
-        for (std::size_t i = 0; i < m_width; ++i) names += (i > 0 ? ", " : "") + Name(i);
-        return names;
+        for (std::size_t i = 0; i < shown; ++i) names += (i > 0 ? ", " : "") + Name(i);
+        return shown == m_width ? names : names + ", ... " + Name(m_width - 1);
     }
 
   private:
@@ -178,6 +199,7 @@ class RowReader {
     DeckReader& m_reader;
     BehaviorTable const& m_table;
     BehaviorWriter& m_writer;
+    std::function<void(int, std::string const&)> m_find;
     int m_fieldVariables;
     std::size_t m_dependents;
     std::size_t m_width;  ///< of a row with temperature
@@ -202,11 +224,13 @@ class Parameters {
     /// False if the behaviour is one that is not kept.
     bool IsKept() const {
         for (char const* const key : m_kind.refused) {
-            if (!m_given.Has(key)) continue;
-            if (m_translation.IsStrict()) m_given.PassOver(m_translation, {key});
-            m_translation.Note(ShownKeyword(m_line) + " with " + UpperCase(key) +
-                               ", which was not kept");
-            return false;
+            if (m_given.Has(key)) return Leave(key, "");
+        }
+        if (m_kind.typeKey != nullptr && m_given.Has(m_kind.typeKey)) {
+            std::string const wanted = TypeWord(m_given.Value(m_kind.typeKey));
+            for (char const* const type : m_kind.refusedTypes) {
+                if (TypeWord(type) == wanted) return Leave(m_kind.typeKey, type);
+            }
         }
         for (char const* const key : m_kind.passed) m_given.PassOver(m_translation, {key});
         return true;
@@ -216,8 +240,7 @@ class Parameters {
         if (m_kind.tables.empty()) return nullptr;
         if (m_kind.typeKey == nullptr || !m_given.Has(m_kind.typeKey)) return &m_kind.tables[0];
         std::string const value = m_given.Value(m_kind.typeKey);
-        std::string wanted = LowerCase(value);
-        std::erase(wanted, ' ');
+        std::string const wanted = TypeWord(value);
         BehaviorTable const* found = nullptr;
         bool several = false;
         std::string known;
@@ -277,13 +300,25 @@ class Parameters {
         return keys;
     }
 
+    // Of a behaviour that is not kept, for a parameter or its value.
+    bool Leave(char const* key, std::string const& type) const {
+        if (m_translation.IsStrict()) m_given.PassOver(m_translation, {key});
+        m_translation.Note(ShownKeyword(m_line) + " with " + UpperCase(key) +
+                           (type.empty() ? "" : "=" + type) + ", which was not kept");
+        return false;
+    }
+
     double Number(BehaviorNumber const& number) const {
         std::string const value = m_given.Value(number.key);
         FieldScanner fields(value.c_str(), value.c_str() + value.size());
         double read = 0;
-        bool const isNumber = fields.ReadDouble(read) == Result::Value && fields.AtEnd();
-        std::string const fault = isNumber ? Fault(read, number.rule, UpperCase(number.key))
-                                           : " is no number; expected " + UpperCase(number.key);
+        Result const result = fields.ReadDouble(read);
+        bool const isNumber = result == Result::Value && fields.AtEnd();
+        std::string const fault =
+            isNumber ? Fault(read, number.rule, UpperCase(number.key))
+                     : (result == Result::TooLarge ? " is too large a number; expected "
+                                                   : " is no number; expected ") +
+                           UpperCase(number.key);
         if (!fault.empty()) m_reader.FailAt(m_line.line, "'" + Shown(value) + "'" + fault);
         return read;
     }
@@ -330,7 +365,12 @@ void ReadBehavior(Translation& translation, DeckReader& reader, KeywordLine cons
     material.behaviors.push_back({&kind, here, writer.Position().ID()});
     parameters.SetNumbers(writer);
     if (form == nullptr) return RefuseData(reader, line);
-    RowReader rows(reader, *form, fieldVariables, writer);
+    auto const find = [&](int at, std::string const& text) {
+        UnstableRows& unstable = translation.Summary().unstable;
+        if (++unstable.rows > kMostFindings) return;
+        unstable.first.push_back({reader.Path(), at, material.name, text});
+    };
+    RowReader rows(reader, *form, fieldVariables, writer, find);
     if (!reader.NextData()) {
         reader.FailAt(line.line,
                       ShownKeyword(line) + " without a data line; expected " + rows.Expected());

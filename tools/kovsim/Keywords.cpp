@@ -41,6 +41,7 @@ constexpr KeywordEntry kKeywords[] = {
     {"endinstance", &Call<ReadEndInstance>},
     {"distributiontable", &Call<ReadDistributionTable>},
     {"distribution", &Call<ReadDistribution>},
+    {"initialconditions", &Call<ReadInitialConditions>},
     {"material", &Call<ReadMaterial>, true},
     {"elastic", &CallBehavior<0>, true},
     {"plastic", &CallBehavior<1>, true},
@@ -96,7 +97,8 @@ std::string ShownKeyword(KeywordLine const& line) {
     // Blanks are no part of a keyword, but users write one here.
     for (char const* const words :
          {"END PART", "END ASSEMBLY", "END INSTANCE", "DISTRIBUTION TABLE", "SHELL SECTION",
-          "SOLID SECTION", "MEMBRANE SECTION", "BEAM SECTION", "SPECIFIC HEAT"}) {
+          "SOLID SECTION", "MEMBRANE SECTION", "BEAM SECTION", "SPECIFIC HEAT",
+          "INITIAL CONDITIONS"}) {
         if (shown == Joined(words)) return std::string("*") + words;
     }
     return "*" + shown;

@@ -98,6 +98,7 @@ void ReadOrientation(Translation& translation, DeckReader& reader, KeywordLine c
 void ReadDistributionTable(Translation& translation, DeckReader& reader, KeywordLine const& line);
 void ReadDistribution(Translation& translation, DeckReader& reader, KeywordLine const& line);
 void ReadMaterial(Translation& translation, DeckReader& reader, KeywordLine const& line);
+void ReadInitialConditions(Translation& translation, DeckReader& reader, KeywordLine const& line);
 void ReadBehavior(Translation& translation, DeckReader& reader, KeywordLine const& line,
                   BehaviorKind const& kind);
 void ReadShellSection(Translation& translation, DeckReader& reader, KeywordLine const& line);

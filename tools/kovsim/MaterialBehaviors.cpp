@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "ElasticStability.h"
 #include "KOVSimSchema.h"
 #include "Names.h"
 
@@ -56,14 +57,15 @@ constexpr TablePart kTractionParts[] = {{kStiffness, 3}};
 constexpr TableColumn kTraction[] = {{"Knn", kAbove}, {"Kss", kAbove}, {"Ktt", kAbove}};
 constexpr BehaviorTable kElastic[] = {
     {"ISOTROPIC", kIsotropicParts, kIsotropic},
-    {"ORTHOTROPIC", kOrthotropicParts, kOrthotropic},
-    {"ENGINEERING CONSTANTS", kEngineeringParts, kEngineering},
-    {"ANISOTROPIC", kAnisotropicParts, kAnisotropic},
-    {"LAMINA", kLaminaParts, kLamina},
+    {"ORTHOTROPIC", kOrthotropicParts, kOrthotropic, false, &OrthotropicFinding},
+    {"ENGINEERING CONSTANTS", kEngineeringParts, kEngineering, false, &EngineeringFinding},
+    {"ANISOTROPIC", kAnisotropicParts, kAnisotropic, false, &AnisotropicFinding},
+    {"LAMINA", kLaminaParts, kLamina, false, &LaminaFinding},
     {"SHEAR", kShearParts, kShear},
     {"TRACTION", kTractionParts, kTraction},
 };
 constexpr char const* kElasticPassed[] = {"moduli", "compression", "no compression", "no tension"};
+constexpr char const* kElasticTypes[] = {"BILAMINA", "COUPLED", "COUPLED TRACTION", "SHORT FIBER"};
 
 // ---- plastic ----
 constexpr TablePart kPlasticParts[] = {{kYieldStress, 1}, {kPlasticStrain, 1}};
@@ -74,6 +76,7 @@ constexpr BehaviorTable kPlastic[] = {
 };
 constexpr char const* kPlasticPassed[] = {"extrapolation", "scale stress"};
 constexpr char const* kPlasticRefused[] = {"rate"};
+constexpr char const* kPlasticTypes[] = {"COMBINED", "JOHNSON COOK", "USER"};
 
 // ---- density, specific heat ----
 constexpr TablePart kDensityParts[] = {{kDensity, 1}};
@@ -100,6 +103,7 @@ constexpr BehaviorTable kExpansionTables[] = {
 };
 constexpr BehaviorNumber kExpansionNumbers[] = {{"zero", "zero", 1, kAny}};
 constexpr char const* kExpansionRefused[] = {"pore fluid", "user"};
+constexpr char const* kExpansionTypes[] = {"SHORT FIBER", "USER"};
 constexpr TablePart kConductivityParts1[] = {{kConductivity, 1}};
 constexpr TablePart kConductivityParts3[] = {{kConductivity, 3}};
 constexpr TablePart kConductivityParts6[] = {{kConductivity, 6}};
@@ -122,13 +126,27 @@ constexpr BehaviorNumber kDampingNumbers[] = {
 };
 
 constexpr BehaviorKind kKinds[] = {
-    {"elastic", "Elastic", "type", kElastic, {}, kElasticPassed, {}},
-    {"plastic", "Plastic", "hardening", kPlastic, {}, kPlasticPassed, kPlasticRefused},
-    {"density", "Density", nullptr, kDensityTables, {}, {}, kPoreFluid},
-    {"expansion", "Expansion", "type", kExpansionTables, kExpansionNumbers, {}, kExpansionRefused},
-    {"conductivity", "Conductivity", "type", kConductivityTables, {}, {}, kPoreFluid},
-    {"specific heat", "SpecificHeat", nullptr, kHeat, {}, kHeatPassed, kPoreFluid},
-    {"damping", "Damping", nullptr, {}, kDampingNumbers, {}, {}},
+    {"elastic", "Elastic", "type", kElastic, {}, kElasticPassed, {}, kElasticTypes},
+    {"plastic",
+     "Plastic",
+     "hardening",
+     kPlastic,
+     {},
+     kPlasticPassed,
+     kPlasticRefused,
+     kPlasticTypes},
+    {"density", "Density", nullptr, kDensityTables, {}, {}, kPoreFluid, {}},
+    {"expansion",
+     "Expansion",
+     "type",
+     kExpansionTables,
+     kExpansionNumbers,
+     {},
+     kExpansionRefused,
+     kExpansionTypes},
+    {"conductivity", "Conductivity", "type", kConductivityTables, {}, {}, kPoreFluid, {}},
+    {"specific heat", "SpecificHeat", nullptr, kHeat, {}, kHeatPassed, kPoreFluid, {}},
+    {"damping", "Damping", nullptr, {}, kDampingNumbers, {}, {}, {}},
 };
 
 }  // namespace

@@ -43,6 +43,8 @@ struct BehaviorTable {
     /// The last column is what the others depend on: it begins with 0 and ascends wherever
     /// temperature and field variables are the same.
     bool curve = false;
+    /// What is wrong with the numbers of a row as a whole; empty if nothing is. Null: not asked.
+    std::string (*finding)(double const* values) = nullptr;
 
     std::string TypeKey() const;  ///< lower case without blanks
 };
@@ -63,6 +65,8 @@ struct BehaviorKind {
     std::span<BehaviorNumber const> numbers;
     std::span<char const* const> passed;   ///< parameters that are not kept
     std::span<char const* const> refused;  ///< with these the whole behaviour is not kept
+    /// Neither is one of these types; upper case.
+    std::span<char const* const> refusedTypes;
 };
 
 std::span<BehaviorKind const> BehaviorKinds();

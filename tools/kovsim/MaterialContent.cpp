@@ -5,13 +5,13 @@
 
 #include "DistributionCopy.h"
 #include "DocumentReader.h"
-#include "Interrupt.h"
 #include "KOVSimDataRecord.h"
 #include "KOVSimDistribution.h"
 #include "KOVSimMap.h"
 #include "KOVSimSchema.h"
 #include "KOVSimTransfer.h"
 #include "Names.h"
+#include "SetBlocks.h"
 #include "TableField.h"
 
 namespace kov::tool {
@@ -82,26 +82,11 @@ std::vector<TableData> DataOf(BehaviorContent const& behavior) {
     return parts;
 }
 
-// Shows blocks of rows of a set, in its order.
-template <class Show>
-void ForEachBlock(KOVSimCSet const& rows, int columns, Show&& show) {
-    int const most = RowsInBlock(columns);
-    std::vector<int> members(static_cast<std::size_t>(rows.Size()));
-    if (!members.empty()) rows.Members(members.data());
-    KOVSimCollection const collection(rows.CollectionID());
-    for (std::size_t at = 0; at < members.size(); at += static_cast<std::size_t>(most)) {
-        ThrowIfInterrupted();
-        int const count =
-            static_cast<int>(std::min(members.size() - at, static_cast<std::size_t>(most)));
-        show(collection.CreateVolatileCSet(members.data() + at, count, false));
-    }
-}
-
 void ReadTemperatures(BehaviorContent& behavior, TableData const& part) {
     behavior.lowest = std::numeric_limits<double>::infinity();
     behavior.highest = -behavior.lowest;
     std::vector<double> values;
-    ForEachBlock(part.Rows(), 1, [&](KOVSimCSet const& rows) {
+    ForSetBlocks(part.Rows(), RowsInBlock(1), [&](KOVSimCSet const& rows) {
         part.Read(rows, values);
         for (double const value : values) {
             behavior.lowest = std::min(behavior.lowest, value);
@@ -170,11 +155,19 @@ std::vector<std::string> MaterialNames(KOVObjDocument const& document) {
     return names;
 }
 
+int CountBehaviors(KOVObjDocument const& document) {
+    int count = 0;
+    for (auto at = MaterialMap(document).Begin(); at.NotDone(); ++at) {
+        count += at.Value().GetMap(schema::Material_behaviors()).Size();
+    }
+    return count;
+}
+
 MaterialContent LookAtMaterial(KOVObjDocument const& document, std::string const& name) {
     MaterialContent material;
     material.name = name;
-    KOVSimPosition const position = MaterialMap(document).Find(ToKOVString(name));
-    KOVSimMap const behaviors = position.GetMap(schema::Material_behaviors());
+    material.position = MaterialMap(document).Find(ToKOVString(name));
+    KOVSimMap const behaviors = material.position.GetMap(schema::Material_behaviors());
     for (auto at = behaviors.Begin(); at.NotDone(); ++at) {
         material.behaviors.push_back(ReadBehavior(Plain(at.Key()), at.Value()));
     }
@@ -190,7 +183,7 @@ void ForEachRow(BehaviorContent const& behavior,
     std::vector<std::vector<double>> values(parts.size());
     std::vector<double> row;
     int const columns = static_cast<int>(behavior.Columns().size());
-    ForEachBlock(parts[0].Rows(), columns, [&](KOVSimCSet const& rows) {
+    ForSetBlocks(parts[0].Rows(), RowsInBlock(columns), [&](KOVSimCSet const& rows) {
         for (std::size_t i = 0; i < parts.size(); ++i) parts[i].Read(rows, values[i]);
         for (int r = 0; r < rows.Size(); ++r) {
             row.clear();

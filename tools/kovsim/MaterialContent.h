@@ -33,11 +33,14 @@ struct BehaviorContent {
 
 struct MaterialContent {
     std::string name;
+    KOVSimPosition position;
     std::vector<BehaviorContent> behaviors;  ///< by ascending names
 };
 
 /// The names of all materials, ascending.
 std::vector<std::string> MaterialNames(KOVObjDocument const& document);
+/// How many behaviours all materials have together.
+int CountBehaviors(KOVObjDocument const& document);
 /// The material of that name.
 MaterialContent LookAtMaterial(KOVObjDocument const& document, std::string const& name);
 

@@ -45,7 +45,4 @@ class OutputPlace {
     int m_lock = -1;
 };
 
-/// Makes the names in a folder lasting. Throws Failure.
-void SyncFolder(std::string const& path);
-
 }  // namespace kov::tool

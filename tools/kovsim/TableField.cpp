@@ -44,8 +44,13 @@ int MostFieldColumns(KOVObjDocument const& document) { return FieldColumns(docum
 int RowsInBlock(int columns) { return std::max(1, kNumbersInBlock / columns); }
 
 TableField MakeTableField(KOVObjDocument const& document, int columns) {
-    KOVSimCollection const elements(
-        KOVObjMesh(document.GetMesh()).GetElementCollection().GetCollection());
+    return MakeTableField(document, columns,
+                          KOVObjMesh(document.GetMesh()).GetElementCollection().GetCollection());
+}
+
+TableField MakeTableField(KOVObjDocument const& document, int columns,
+                          KOVSimCollectionID const& rows) {
+    KOVSimCollection const elements(rows);
     KOVSimGrid::CollectionArray grid(2);
     grid.Get(0) = elements.ID();
     grid.Get(1) = FieldColumns(document).ID();
@@ -112,11 +117,15 @@ void WriteRows(TableField const& field, KOVSimCSet const& elements, int columns,
 }
 
 void ReadRows(TableField const& field, KOVSimCSet const& elements, double* out) {
+    ReadRows(field, elements, 1, out);
+}
+
+void ReadRows(TableField const& field, KOVSimCSet const& elements, int columns, double* out) {
     KOVSimDistribution const values(field.values);
     KOVSimTransfer read(values);
     read.SetRead().SetBufferPadding(false).SetDrawer(field.drawer);
-    read.SetDim(0, elements).SetDim(1, FirstColumns(values, 1)).CheckView();
-    read.SetBuffer(0, out, Bytes(elements, 1)).ExecRead().RelinquishBuffers();
+    read.SetDim(0, elements).SetDim(1, FirstColumns(values, columns)).CheckView();
+    read.SetBuffer(0, out, Bytes(elements, columns)).ExecRead().RelinquishBuffers();
 }
 
 }  // namespace kov::tool

@@ -1,5 +1,5 @@
-// TableField: a table field in a document, numbers by element and column, written and read in
-// blocks of rows.
+// TableField: a table field in a document, numbers by element or node and column, written and read
+// in blocks of rows.
 //
 // One drawer that grows over the elements holds all values; what it does not hold is the default,
 // in the field's function table. The drawer is there from the beginning, also where no element has
@@ -28,6 +28,9 @@ int MostFieldColumns(KOVObjDocument const& document);
 
 /// A field of that many columns, without values and defaults.
 TableField MakeTableField(KOVObjDocument const& document, int columns);
+/// The same over another collection than the elements: the nodes.
+TableField MakeTableField(KOVObjDocument const& document, int columns,
+                          KOVSimCollectionID const& rows);
 
 /// What the numbers mean, a word for each or for several of them, and what holds for elements
 /// without a value: one number a column. Once for each field.
@@ -51,5 +54,7 @@ void WriteRows(TableField const& field, KOVSimCSet const& elements, int columns,
 /// Reads the first column: `out` holds a number for each of `elements`, which stays where the
 /// element has no value of its own.
 void ReadRows(TableField const& field, KOVSimCSet const& elements, double* out);
+/// The same for the first `columns` columns, row by row.
+void ReadRows(TableField const& field, KOVSimCSet const& elements, int columns, double* out);
 
 }  // namespace kov::tool

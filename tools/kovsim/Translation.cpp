@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <utility>
 
+#include "ConditionWriter.h"
 #include "Distributions.h"
 #include "Failure.h"
 #include "Interrupt.h"
@@ -64,6 +65,8 @@ TranslationSummary Translation::Run(std::string const& deck) {
     Distributions distributions(m_model, m_scopes);
     SectionWriter(m_model, distributions, m_sections).Write();
     m_shares.Make(m_sections, m_model, distributions);
+    m_summary.initialConditions =
+        ConditionWriter(m_model, m_scopes, m_files, m_sections.files).Write(m_conditions);
     WriteLabels(m_model, m_scopes);
     return m_summary;
 }

@@ -23,6 +23,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "ConditionTable.h"
 #include "DeckReader.h"
 #include "ElementBlocks.h"
 #include "LayerShares.h"
@@ -38,6 +39,18 @@ struct TranslationOptions {
     bool strict = false;  ///< an unknown keyword is an error
     /// Called now and then with the bytes read of the main deck and its size, if that is known.
     std::function<void(double done, double total)> progress;
+};
+
+/// Rows of elastic behaviours whose numbers give no stable material.
+struct UnstableRows {
+    struct Row {
+        std::string path;
+        int line;
+        std::string material;  ///< as its name was typed first
+        std::string text;      ///< what is wrong
+    };
+    std::vector<Row> first;  ///< in the order of the deck
+    long rows = 0;           ///< in all
 };
 
 /// What was translated.
@@ -57,6 +70,7 @@ struct TranslationSummary {
     std::size_t materials = 0;
     std::size_t sections = 0;
     std::size_t plies = 0;
+    std::size_t initialConditions = 0;
     std::size_t parts = 0;
     std::size_t instances = 0;
     int files = 0;
@@ -67,6 +81,7 @@ struct TranslationSummary {
     long sectionlessBlocks = 0;                   ///< keywords that gave any such
     long sectionlessElements = 0;
     Misfits misfits;  ///< sections given to elements of another kind
+    UnstableRows unstable;
 };
 
 /// The keywords with an end of their own that are open, and the parts of the deck.
@@ -110,6 +125,7 @@ class Translation {
     Scopes& AllScopes() { return m_scopes; }
     DeckFiles& Files() { return m_files; }
     SectionTable& Sections() { return m_sections; }
+    ConditionTable& Conditions() { return m_conditions; }
     MaterialAtHand& Material() { return m_material; }
     ElementBlocks& Blocks() { return m_blocks; }
     bool IsStrict() const { return m_options.strict; }
@@ -205,6 +221,7 @@ class Translation {
     bool m_quiet = false;                ///< what is noted here was noted for another instance
     NodeRepeats m_repeats;
     SectionTable m_sections;
+    ConditionTable m_conditions;
     MaterialAtHand m_material;
     LayerShares m_shares;
     ElementBlocks m_blocks;

@@ -48,6 +48,7 @@ int Run(int argc, char** argv) {
     kov::tool::AddSections(app, action);
     kov::tool::AddLayup(app, action);
     kov::tool::AddMaterials(app, action);
+    kov::tool::AddConditions(app, action);
     kov::tool::AddFields(app, action);
     kov::tool::AddVerify(app, action);
     kov::tool::AddCompact(app, action);
