@@ -1,15 +1,10 @@
 // kovsim layup MODEL.ksd [--section NAME | --element INSTANCE LABEL] [--values] [--svg FILE.svg]
 
-#include <unistd.h>
-
 #include <CLI/CLI.hpp>
-#include <cerrno>
 #include <charconv>
-#include <cstdio>
 #include <memory>
 #include <optional>
 #include <string>
-#include <system_error>
 #include <vector>
 
 #include "Commands.h"
@@ -24,6 +19,7 @@
 #include "MeshLabels.h"
 #include "Names.h"
 #include "OutputPlace.h"
+#include "TextFile.h"
 #include "TextOut.h"
 
 namespace kov::tool {
@@ -85,18 +81,6 @@ int ElementLabel(std::string const& word) {
     throw Failure("'" + Shown(word) + "' is no label; expected a whole number");
 }
 
-void WriteFile(std::string const& path, std::string const& target, std::string const& text) {
-    std::FILE* const file = std::fopen(path.c_str(), "wbxe");
-    bool written = file != nullptr;
-    written = written && std::fwrite(text.data(), 1, text.size(), file) == text.size();
-    written = written && std::fflush(file) == 0 && fsync(fileno(file)) == 0;
-    int const error = errno;
-    if (file != nullptr && std::fclose(file) != 0 && written) written = false;
-    if (!written) {
-        throw Failure(target + ": cannot be written: " + std::generic_category().message(error));
-    }
-}
-
 // The one layup of a document that has no more.
 Layup OnlyLayup(LayupReader& reader) {
     std::optional<Layup> only;
@@ -129,7 +113,7 @@ int ShowLayups(Options const& options) {
             one = OnlyLayup(reader);
         }
         if (place) {
-            WriteFile(place->Path(), options.picture, LayupPicture(*one));
+            WriteTextFile(place->Path(), options.picture, LayupPicture(*one));
             place->Publish();
         }
         if (one) {

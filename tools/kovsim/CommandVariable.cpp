@@ -19,7 +19,7 @@
 #include "Keywords.h"
 #include "Names.h"
 #include "Nearest.h"
-#include "zdm.h"
+#include "SchemaTypes.h"
 
 namespace kov::tool {
 namespace {
@@ -29,12 +29,6 @@ constexpr std::size_t kLineLetters = 90;
 struct Options {
     std::string label;
     bool json = false;
-};
-
-struct GridType {
-    int type;
-    char const* name;
-    char const* text;
 };
 
 struct Component {
@@ -47,29 +41,10 @@ struct Variable {
     std::string label;
     std::string field;
     std::vector<Component> components;  ///< none for a field as a whole; two for a shear term
-    std::vector<GridType> grids;
+    std::vector<SchemaType> grids;
     std::vector<std::string> fieldLabels;      ///< labels that stand for the whole field
     std::vector<std::string> componentLabels;  ///< labels of its components
 };
-
-// The grid types by their names in the schema.
-GridType FindGrid(int type) {
-#define KOV_SCHEMA_TYPE(fragment, member, name, base, text) \
-    if (zdm_CoreFragmentTypeIndex(fragment, member) == type) return {type, #name, text};
-#define KOV_SCHEMA_MEMBER(fragment, member, name, kind, text)
-#include "KOVSimSchemaTable.inc"
-    return {type, "", ""};
-}
-
-// What a grid is laid out over, without the words that all of these texts begin with.
-std::string GridText(GridType const& grid) {
-    std::string const text = grid.text;
-    constexpr std::string_view kOf = "grid type of ";
-    if (text.rfind(kOf, 0) == 0) return text.substr(kOf.size());
-    std::size_t const colon = text.find(": ");
-    return text.rfind("grid type", 0) == 0 && colon != std::string::npos ? text.substr(colon + 2)
-                                                                         : text;
-}
 
 template <class Visit>
 void ForEachRow(Visit&& visit) {
@@ -115,7 +90,7 @@ Variable LookUp(std::string const& label) {
         if (variable.label != row.label) return;
         bool const known = std::any_of(variable.grids.begin(), variable.grids.end(),
                                        [&](auto const& g) { return g.type == row.gridType; });
-        if (!known) variable.grids.push_back(FindGrid(row.gridType));
+        if (!known) variable.grids.push_back(FindSchemaType(row.gridType));
     });
     return variable;
 }
@@ -176,7 +151,7 @@ std::string PlainText(Variable const& variable) {
     }
     columns.Row({"component", component});
     Columns grids("ll");
-    for (GridType const& grid : variable.grids) grids.Row({grid.name, GridText(grid)});
+    for (SchemaType const& grid : variable.grids) grids.Row({grid.name, GridText(grid)});
     std::string const lines = grids.Text();
     std::string title = "grids";
     for (std::size_t at = 0; at < lines.size();) {
@@ -205,7 +180,7 @@ std::string JsonText(Options const& options, Variable const& variable) {
         json.Member("number", each.number).EndObject();
     }
     json.EndArray().Key("grids").BeginArray();
-    for (GridType const& grid : variable.grids) {
+    for (SchemaType const& grid : variable.grids) {
         json.OneLine().BeginObject().Member("type", grid.name);
         json.Member("over", GridText(grid)).EndObject();
     }

@@ -28,19 +28,13 @@
 #include <utility>
 #include <vector>
 
+#include "ByIdentity.h"
 #include "DistributionCopy.h"
 #include "KOVObjDocument.h"
 #include "KOVSimDSet.h"
 #include "Renumbering.h"
 
 namespace kov::tool {
-
-/// Orders identities of one document.
-struct ByIdentity {
-    bool operator()(KOVSimDynamicID const& a, KOVSimDynamicID const& b) const {
-        return a.Compare(b) < 0;
-    }
-};
 
 class DocumentCopy {
   public:

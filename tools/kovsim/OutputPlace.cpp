@@ -60,6 +60,8 @@ fs::path DocumentAround(std::string const& name) {
     }
 }
 
+}  // namespace
+
 void SyncFolder(std::string const& path) {
     int const descriptor = open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     if (descriptor < 0) return;
@@ -68,11 +70,9 @@ void SyncFolder(std::string const& path) {
     close(descriptor);
     // A file system that cannot sync folders says EINVAL.
     if (result != 0 && error != EINVAL) {
-        throw Failure(path + ": cannot make the renaming lasting: " + ErrorText(error));
+        throw Failure(path + ": cannot make its content lasting: " + ErrorText(error));
     }
 }
-
-}  // namespace
 
 OutputPlace::OutputPlace(std::string const& target) : m_target(target) {
     while (m_target.size() > 1 && m_target.back() == '/') m_target.pop_back();

@@ -45,4 +45,7 @@ class OutputPlace {
     int m_lock = -1;
 };
 
+/// Makes the names in a folder lasting. Throws Failure.
+void SyncFolder(std::string const& path);
+
 }  // namespace kov::tool

@@ -265,7 +265,8 @@ void VtuExport::AddSets(VtuWriter& file, VtuGroup group, std::vector<DocumentSet
     }
 }
 
-VtuExportSummary VtuExport::Write(std::string const& path) {
+VtuExportSummary VtuExport::Write(std::string const& path,
+                                  std::function<void(VtuWriter&)> const& addResults) {
     VtuExportSummary summary;
     summary.points = m_nodes;
     summary.cells = m_elements;
@@ -310,6 +311,7 @@ VtuExportSummary VtuExport::Write(std::string const& path) {
             WriteInstances(out, &DocumentInstance::elements, m_elements);
         });
     }
+    if (addResults) addResults(file);
     if (m_options.sets) {
         auto const nodeSets = DocumentSets(m_document, schema::Model_nodeSets());
         auto const elementSets = DocumentSets(m_document, schema::Model_elementSets());

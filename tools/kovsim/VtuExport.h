@@ -35,8 +35,10 @@ class VtuExport {
 
     explicit VtuExport(KOVObjDocument const& document, VtuExportOptions options = {});
 
-    /// Makes the file at `path`. Throws Failure.
-    VtuExportSummary Write(std::string const& path);
+    /// Makes the file at `path`. `addResults` may announce further arrays, which stand before those
+    /// of the sets. May be called for several files. Throws Failure.
+    VtuExportSummary Write(std::string const& path,
+                           std::function<void(VtuWriter&)> const& addResults = {});
 
   private:
     // One drawer of the connectivity: elements with the same number of nodes.

@@ -12,6 +12,7 @@
 #include "Failure.h"
 #include "Interrupt.h"
 #include "Json.h"
+#include "ObjectContent.h"
 
 namespace kov::tool {
 namespace {
@@ -27,6 +28,11 @@ constexpr std::pair<VtuGroup, char const*> kGroups[] = {
 
 [[noreturn]] void Fail(std::string const& path) {
     throw Failure(path + ": cannot be written: " + std::generic_category().message(errno));
+}
+
+std::string FieldDataOf(char const* type, std::string_view name, std::string const& value) {
+    return std::string("<DataArray type=\"") + type + "\" Name=\"" + XmlText(name) +
+           "\" NumberOfTuples=\"1\" format=\"ascii\">" + value + "</DataArray>\n";
 }
 
 }  // namespace
@@ -69,17 +75,38 @@ VtuWriter::~VtuWriter() {
 }
 
 void VtuWriter::Add(VtuGroup group, std::string_view name, char const* type, int components,
-                    std::int64_t bytes, std::function<void(VtuWriter&)> write) {
+                    std::int64_t bytes, std::function<void(VtuWriter&)> write,
+                    std::vector<std::string> const& labels) {
     std::string const base = XmlText(name);
     std::string unique = base;
     auto const key = [&] { return std::to_string(static_cast<int>(group)) + unique; };
     for (int number = 2; !m_names.insert(key()).second; ++number)
         unique = base + "_" + std::to_string(number);
-    m_arrays.push_back({group, unique, type, components, bytes, std::move(write)});
+    std::string attributes;
+    if (components > 1) attributes = " NumberOfComponents=\"" + std::to_string(components) + "\"";
+    for (std::size_t i = 0; i < labels.size(); ++i) {
+        attributes += " ComponentName" + std::to_string(i) + "=\"" + XmlText(labels[i]) + "\"";
+    }
+    m_arrays.push_back({group, unique, type, bytes, std::move(write), attributes});
 }
 
 void VtuWriter::AddTexts(std::string_view name, std::vector<std::string> texts) {
-    m_texts.emplace_back(XmlText(name), std::move(texts));
+    m_fieldData += "<Array type=\"String\" Name=\"" + XmlText(name) + "\" NumberOfTuples=\"" +
+                   std::to_string(texts.size()) + "\" format=\"ascii\">";
+    for (std::string const& text : texts) {
+        for (char const c : text)
+            m_fieldData += " " + std::to_string(static_cast<int>(static_cast<unsigned char>(c)));
+        m_fieldData += " 0";
+    }
+    m_fieldData += "</Array>\n";
+}
+
+void VtuWriter::AddNumber(std::string_view name, double value) {
+    m_fieldData += FieldDataOf("Float64", name, NumberText(value));
+}
+
+void VtuWriter::AddNumber(std::string_view name, int value) {
+    m_fieldData += FieldDataOf("Int32", name, std::to_string(value));
 }
 
 std::string VtuWriter::Head(std::int64_t points, std::int64_t cells) const {
@@ -88,18 +115,7 @@ std::string VtuWriter::Head(std::int64_t points, std::int64_t cells) const {
         "<VTKFile type=\"UnstructuredGrid\" version=\"1.0\" byte_order=\"LittleEndian\" "
         "header_type=\"UInt64\">\n"
         "<UnstructuredGrid>\n";
-    if (!m_texts.empty()) head += "<FieldData>\n";
-    for (auto const& [name, texts] : m_texts) {
-        head += "<Array type=\"String\" Name=\"" + name + "\" NumberOfTuples=\"" +
-                std::to_string(texts.size()) + "\" format=\"ascii\">";
-        for (std::string const& text : texts) {
-            for (char const c : text)
-                head += " " + std::to_string(static_cast<int>(static_cast<unsigned char>(c)));
-            head += " 0";
-        }
-        head += "</Array>\n";
-    }
-    if (!m_texts.empty()) head += "</FieldData>\n";
+    if (!m_fieldData.empty()) head += "<FieldData>\n" + m_fieldData + "</FieldData>\n";
     head += "<Piece NumberOfPoints=\"" + std::to_string(points) + "\" NumberOfCells=\"" +
             std::to_string(cells) + "\">\n";
     for (auto const& [group, tag] : kGroups) {
@@ -109,10 +125,7 @@ std::string VtuWriter::Head(std::int64_t points, std::int64_t cells) const {
         for (Array const& array : m_arrays) {
             if (array.group == group) {
                 head += std::string("<DataArray type=\"") + array.type + "\" Name=\"" + array.name +
-                        "\"";
-                if (array.components > 1) {
-                    head += " NumberOfComponents=\"" + std::to_string(array.components) + "\"";
-                }
+                        "\"" + array.attributes;
                 head += " format=\"appended\" offset=\"" + std::to_string(offset) + "\"/>\n";
             }
             offset += array.bytes + static_cast<std::int64_t>(sizeof(std::uint64_t));

@@ -29,10 +29,15 @@ class VtuWriter {
 
     /// Announces an array of `bytes` bytes, which `write` will give through Append. `type`: a name
     /// of the format such as "Float64". Names within a group become unique by a number behind them.
+    /// `labels`: what the components are called; none, or one for each.
     void Add(VtuGroup group, std::string_view name, char const* type, int components,
-             std::int64_t bytes, std::function<void(VtuWriter&)> write);
+             std::int64_t bytes, std::function<void(VtuWriter&)> write,
+             std::vector<std::string> const& labels = {});
     /// Announces a list of texts that belongs to the whole file.
     void AddTexts(std::string_view name, std::vector<std::string> texts);
+    /// Announces a number that belongs to the whole file.
+    void AddNumber(std::string_view name, double value);
+    void AddNumber(std::string_view name, int value);
 
     /// `progress` is called now and then with the bytes written and those to write; may be empty.
     void SetProgress(std::function<void(double, double)> progress) {
@@ -50,9 +55,9 @@ class VtuWriter {
         VtuGroup group;
         std::string name;
         char const* type;
-        int components;
         std::int64_t bytes;
         std::function<void(VtuWriter&)> write;
+        std::string attributes;  ///< further ones, as they stand in the file
     };
 
     std::string Head(std::int64_t points, std::int64_t cells) const;
@@ -61,7 +66,7 @@ class VtuWriter {
     std::string m_path;
     int m_descriptor;
     std::vector<Array> m_arrays;
-    std::vector<std::pair<std::string, std::vector<std::string>>> m_texts;
+    std::string m_fieldData;  ///< as it stands in the file
     std::unordered_set<std::string> m_names;
     std::unique_ptr<char[]> m_buffer;
     std::size_t m_filled = 0;
