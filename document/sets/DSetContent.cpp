@@ -3,6 +3,7 @@
 #include "KOVSimException.h"
 #include "document/records/Identity.h"
 #include "document/sets/CompartmentCodec.h"
+#include "document/sets/IndexSet.h"
 #include "document/store/Catalogue.h"
 #include "document/store/Context.h"
 
@@ -78,15 +79,20 @@ KOVSimCtation SelectCompartments(KOVSimCtation const& ctation, KOVSimCSet const&
     std::vector<KOVSimCompartment> selected;
     for (KOVSimCompartment const& compartment : ctation.Compartments()) {
         // Where a collection stands in several domains, what an earlier domain has selected is left
-        // out of the later ones, so that no tuple is held twice.
+        // out of the later ones, so that no tuple is held twice. Most compartments of a dataset
+        // have nothing in common with the set: their sets are copied when something is found.
         KOVBasVector<KOVSimCSet> sets;
-        for (int i = 0; i < compartment.Size(); ++i) sets.PushBack(compartment.CSet(i));
-        for (int i = 0; i < sets.Size(); ++i) {
-            if (sets[i].CollectionID() != set.CollectionID()) continue;
-            KOVSimCSet const whole = sets[i];
+        for (int i = 0; i < compartment.Size(); ++i) {
+            KOVSimCSet const& whole = compartment.CSet(i);
+            if (whole.CollectionID() != set.CollectionID()) continue;
+            if (whole.IsEmpty()) break;
+            if (!Intersects(*whole.Storage(), *set.Storage())) continue;
+            for (int k = sets.Size(); k < compartment.Size(); ++k) {
+                sets.PushBack(compartment.CSet(k));
+            }
             sets[i] = whole.Intersection(set);
             if (sets[i].SameMembers(whole)) sets[i] = whole;
-            if (!sets[i].IsEmpty()) selected.emplace_back(sets);
+            selected.emplace_back(sets);
             sets[i] = whole - set;
             if (sets[i].IsEmpty()) break;
         }

@@ -55,17 +55,20 @@ KOVSimDistributionID KOVSimDSet::GetRelationalDistributionID() const {
 KOVSimDSet KOVSimDSet::Select(KOVSimCSet const& set) const {
     KOVSimDSet result;
     if (!m_content || set.CollectionID().IsNull()) return result;
-    auto selected = std::make_shared<Content>(*m_content);
     bool const ofGrid = StandsIn(m_content->Ctation(), set.CollectionID());
     bool const ofRange =
         m_content->relation && m_content->relation->Range().Collection() == set.CollectionID();
+    if (!ofGrid && !ofRange) return result;
+    auto selected = std::make_shared<Content>();
+    selected->relation = m_content->relation;
+    selected->range = m_content->range;
+    selected->confined = m_content->confined;
     if (ofGrid) {
         selected->SetCtation(sets::SelectCompartments(m_content->Ctation(), set));
-    } else if (ofRange) {
-        selected->range = m_content->confined ? m_content->range.Intersection(set) : set;
-        selected->confined = true;
     } else {
-        return result;
+        selected->SetCtation(m_content->Ctation());
+        selected->range = selected->confined ? selected->range.Intersection(set) : set;
+        selected->confined = true;
     }
     if (selected->confined) selected->SetCtation(sets::ConfinePieces(*selected));
     result.m_content = std::move(selected);
