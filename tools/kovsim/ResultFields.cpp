@@ -107,14 +107,12 @@ void ResultFieldWriter::Flush() {
         KOVSimCSet const items = group.elements.Intersection(rest);
         if (items.IsEmpty()) continue;
         std::vector<std::size_t> const rows = RowsOf(items);
-        WriteGroup(SharedSet(m_collection, items),
-                   rows.size() == m_ordinals.size() ? nullptr : &rows);
+        WriteGroup(items, rows.size() == m_ordinals.size() ? nullptr : &rows);
         rest = rest - items;
     }
     if (!rest.IsEmpty()) {
         std::vector<std::size_t> const rows = RowsOf(rest);
-        WriteGroup(SharedSet(m_collection, rest),
-                   rows.size() == m_ordinals.size() ? nullptr : &rows);
+        WriteGroup(rest, rows.size() == m_ordinals.size() ? nullptr : &rows);
     }
     m_rows += static_cast<long long>(m_ordinals.size()) * m_points;
     m_ordinals.clear();
@@ -156,8 +154,7 @@ std::vector<std::size_t> ResultFieldWriter::RowsOf(KOVSimCSet const& items) cons
 }
 
 // `rows`: those of the items; null for all.
-void ResultFieldWriter::WriteGroup(KOVSimCSetID const& items,
-                                   std::vector<std::size_t> const* rows) {
+void ResultFieldWriter::WriteGroup(KOVSimCSet const& items, std::vector<std::size_t> const* rows) {
     std::size_t const width = m_field.components.size();
     std::size_t const count = rows == nullptr ? m_ordinals.size() : rows->size();
     auto const points = static_cast<std::size_t>(m_points);

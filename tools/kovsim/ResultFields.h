@@ -2,7 +2,7 @@
 //
 // Rows are gathered up to some number of values and then written as one drawer for each target,
 // each point number and each element type, so that a field of any size passes through bounded
-// memory. Drawers of fields with the same rows share their sets.
+// memory, and so that rows in any order need no more than a sort of what is gathered.
 #pragma once
 
 #include <functional>
@@ -61,7 +61,7 @@ class ResultFieldWriter {
     void Place(ResultBlock const& block, std::string const& where);
     void Flush();
     void Sort();
-    void WriteGroup(KOVSimCSetID const& items, std::vector<std::size_t> const* rows);
+    void WriteGroup(KOVSimCSet const& items, std::vector<std::size_t> const* rows);
     void MakeFields();
     KOVSimPosition FieldType(ResultTarget const& target) const;
     KOVSimPosition Serial(Field& field, int point);
