@@ -117,7 +117,8 @@ TEST_F(ExportSeries, FrequenciesAreTheTimesOfModes) {
 
 TEST_F(ExportSeries, FramesAreCountedWhereTheirTimesDoNotAscend) {
     std::string const note =
-        "note: the times of the frames do not ascend: the series counts its frames from 1\n";
+        "note: the times of the frames do not ascend, or are of several sorts: the series counts "
+        "its frames from 1\n";
     std::string const counted = "1 s/s_0001.vtu\n2 s/s_0002.vtu\n";
     double const nan = std::numeric_limits<double>::quiet_NaN();
     for (auto const& frames : {

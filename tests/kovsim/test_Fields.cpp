@@ -238,6 +238,46 @@ TEST_F(Fields, FieldsOutsideOfFramesAreShown) {
     EXPECT_EQ(Show({"--frame", "1"}), "no frame 1: step Load has 0 frames\n");
 }
 
+// The part that is cut out keeps what stands on its nodes and elements.
+TEST_F(Fields, ExtractedPartsKeepTheirResults) {
+    Build(kBars + "*ELSET, ELSET=E\n8\n", [](ResultBuilder& r) {
+        KOVSimPosition const step = r.Step("Load");
+        KOVSimPosition const frame = r.Frame(step, 3, 0.5, 1.5, "end");
+        r.Whole(step, frame, "NT", zdm_Algebraic_SCALAR, schema::Grid_Node(), {0, 1, 2},
+                ResultBuilder::Scalar(), {10, 20, 30});
+        KOVSimPosition const points =
+            r.Field(step, frame, "PEEQ", zdm_Algebraic_SCALAR, schema::Grid_IntegrationPoint());
+        for (int point = 1; point <= 2; ++point) {
+            r.Drawer(points, r.Serial(points, point), {0, 1}, ResultBuilder::Scalar(),
+                     {1.0 * point, 5.0 * point});
+        }
+        r.Whole(step, frame, "EVOL", zdm_Algebraic_SCALAR, schema::Grid_Element(), {0},
+                ResultBuilder::Scalar(), {4});
+    });
+    ASSERT_EQ(work.Run({"extract", "m.ksd", "--set", "E", "-o", "part.ksd"}).status, 0);
+    auto const result = work.Run({"fields", "part.ksd"});
+    EXPECT_EQ(
+        result.output,
+        "step 1 Load: static step, 1 frame, time 0.5\n"
+        "  variable  field  on                  rows  frames  frame  component  minimum  at     "
+        "    maximum  at\n"
+        "  NT        NT     nodes                  2       1      1  NT              20  20     "
+        "         30  30\n"
+        "  PEEQ      PEEQ   integration points     2       1      1  PEEQ             5  8 point "
+        "1       10  8 point 2\n");
+    EXPECT_EQ(work.Run({"verify", "part.ksd"}).status, 0);
+}
+
+TEST_F(Fields, InfoCountsThem) {
+    BuildTwoSteps();
+    auto const text = work.Run({"info", "m.ksd"});
+    EXPECT_THAT(text.output, HasSubstr("\nframes                             4\n"
+                                       "result fields                      5\n"));
+    JsonValue const json = ParseJson(work.Run({"info", "m.ksd", "--json"}).output);
+    EXPECT_EQ(json["frames"].Int(), 4);
+    EXPECT_EQ(json["fields"].Int(), 5);
+}
+
 TEST_F(Fields, ADocumentWithoutStepsHasNone) {
     Build(kBars, [](ResultBuilder&) {});
     EXPECT_EQ(Show({}), "no steps\n");

@@ -295,7 +295,9 @@ int Export(Options const& options) {
         Done done = exporter.Finish();
         if (folder && counted) {
             done.notes.emplace_back(
-                "the times of the frames do not ascend: the series counts its frames from 1");
+                "the times of the frames do not ascend, or are of several sorts: the series counts "
+                "its "
+                "frames from 1");
         }
         std::chrono::duration<double> const seconds = std::chrono::steady_clock::now() - start;
         return options.json ? JsonText(options, results, files, done, seconds.count())

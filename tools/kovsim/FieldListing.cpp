@@ -19,7 +19,7 @@ std::string OrDash(std::string const& text) { return text.empty() ? "-" : NameTe
 // Six digits are enough to look at; --json has all of them.
 std::string Rounded(double value) {
     char text[32];
-    std::snprintf(text, sizeof text, "%.6g", value);
+    std::snprintf(text, sizeof text, "%.6g", value == 0.0 ? 0.0 : value);
     return text;
 }
 
