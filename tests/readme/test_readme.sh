@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Runs the command lines of the README's tour, as they stand there, on a small deck of the same name
-# and on the wing that the example makes.
+# Runs the command lines of the README's tour, as they stand there, on a small deck of the same name,
+# on the wing that the example makes, and on a panel that is solved.
 #
 #   test_readme.sh SOURCE_DIR
 set -euo pipefail
@@ -11,7 +11,9 @@ trap 'rm -rf "$scratch"' EXIT
 cd "$scratch"
 cp "$source/tests/kovsim/decks/square.inp" bracket.inp
 python3 "$source/examples/wing/make-wing.py" -o wing.inp
+cp "$source"/examples/results/panel.frd .
 PATH=$(dirname "$KOVSIM"):$PATH
+kovsim translate "$source/examples/results/panel.inp" -o panel.ksd
 
 count=0
 while IFS= read -r line; do
