@@ -1,10 +1,11 @@
 #!/usr/bin/env python3
-"""The commands of the wing's guide, as they stand there, against the output that it shows.
+"""The commands of a guide, as they stand there, against the output that it shows.
 
-    check-readme.py examples/wing
+    check-guide.py GUIDE.md FILE...
 
-Indented lines that begin with `$ ` are run, in a folder with a copy of the generator; the indented
-lines below are their output, errors included. Trailing blanks do not count.
+Indented lines that begin with `$ ` are run, in a folder with copies of the files; the indented
+lines below are their output, errors included. Trailing blanks do not count, nor do the seconds that
+a command took.
 """
 
 import os
@@ -26,18 +27,23 @@ def steps(text):
     return found
 
 
+def counted(lines):
+    return [line.rstrip() for line in lines if not line.startswith("seconds ")]
+
+
 def main():
-    wing = pathlib.Path(sys.argv[1])
+    guide = pathlib.Path(sys.argv[1])
     kovsim = os.path.dirname(os.environ["KOVSIM"])
     environment = dict(os.environ, PATH=kovsim + os.pathsep + os.environ["PATH"])
     wrong = 0
-    found = steps((wing / "README.md").read_text(encoding="utf-8"))
+    found = steps(guide.read_text(encoding="utf-8"))
     with tempfile.TemporaryDirectory(dir=os.environ.get("KOV_TEST_TMP")) as folder:
-        shutil.copy(wing / "make-wing.py", folder)
+        for file in sys.argv[2:]:
+            shutil.copy(file, folder)
         for command, expected in found:
             done = subprocess.run(command, shell=True, cwd=folder, env=environment, check=False,
                                   stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True)
-            shown = [line.rstrip() for line in done.stdout.splitlines()]
+            shown, expected = counted(done.stdout.splitlines()), counted(expected)
             # What a command says is left out of the guide, or stands there whole.
             if (expected and shown != expected) or (not expected and done.returncode != 0):
                 wrong += 1
