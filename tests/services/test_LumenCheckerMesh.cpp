@@ -146,6 +146,34 @@ TEST_P(LumenEdges, CoordinatesOfOtherThingsHoldNoNode) {
         ElementsAre("Some nodes from user node set are not present in coordinates distribution"));
 }
 
+TEST_P(LumenEdges, UserNodesOfAnotherCollectionHaveNoCoordinates) {
+    Write([&] { d.Mesh().SetUserNodes(d.PersistentSet(d.elements, {1})); });
+    EXPECT_THAT(
+        d.Findings(),
+        ElementsAre("Some nodes from user node set are not present in coordinates distribution"));
+}
+
+TEST_P(LumenEdges, AClassOfOtherElementsIsPassedOver) {
+    Write([&] {
+        KOVSimSet const sections = d.At("class.shell").GetSet(schema::ElementClass_sections());
+        sections.Remove(*sections.Begin());
+        KOVObjElementClass(d.At("class.shell")).SetElementCSet(d.At("user nodes"));
+    });
+    EXPECT_THAT(d.Findings(), IsEmpty());
+}
+
+TEST_P(LumenEdges, ConnectivityOfOtherThingsCountsForNoElement) {
+    Write([&] {
+        KOVSimSet const sections = d.At("class.shell").GetSet(schema::ElementClass_sections());
+        sections.Remove(*sections.Begin());
+        KOVSimDistributionID const other =
+            d.NewDistribution(d.nodes, d.positions, KOVSimRangeType(7, d.nodes.ID()));
+        d.AddDrawer(other, {d.PersistentSet(d.nodes, {0}), d.PersistentSet(d.positions, {0})});
+        d.Mesh().SetConnectivity(KOVSimContext(d.document.ContextID()).CreateDSet(other, -1));
+    });
+    EXPECT_THAT(d.Findings(), ElementsAre(testing::EndsWith("elements in connectivity: NO")));
+}
+
 TEST_P(LumenEdges, TheNodesAreLookedAtBehindTheAssignment) {
     Write([&] {
         d.Mesh().SetCoordinates(d.Distribution({d.nodes.ID(), d.components.ID()}));

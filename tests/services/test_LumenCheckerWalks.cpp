@@ -72,6 +72,17 @@ TEST_P(LumenWalks, ArcLengthsOfOtherStepsAreNotLookedAt) {
     EXPECT_THAT(d.Findings(), IsEmpty());
 }
 
+TEST_P(LumenWalks, DataOverAnotherCollectionCoverNothing) {
+    Write([&] {
+        KOVSimPosition const data = d.Distribution({d.nodes.ID()});
+        d.AddDrawer(data, {d.PersistentSet(d.nodes, {2, 3})});
+        d.At("Static.TimeDescription").SetPosition(schema::TimeDescription_data(), data);
+    });
+    EXPECT_THAT(d.Findings(),
+                ElementsAre("TimeDescription data distribution must have all members from times "
+                            "CSet for Step \"Static\"."));
+}
+
 TEST_P(LumenWalks, AnEmptySetOfTimesIsCovered) {
     Write([&] {
         KOVSimCollection const times(d.At("Static.TimeDescription.collection").GetCollection());

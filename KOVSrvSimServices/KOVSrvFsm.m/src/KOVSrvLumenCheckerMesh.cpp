@@ -12,9 +12,10 @@
 #include "KOVSimSet.h"
 #include "KOVSrvLumenChecker.h"
 #include "KOVSrvNodalCoordinates.h"
-#include "LumenDrawers.h"
 #include "LumenFindings.h"
+#include "LumenSets.h"
 
+using kov::fsm::CommonMembers;
 using kov::fsm::DrawersOf;
 using kov::fsm::FirstDimension;
 using kov::fsm::LumenFindings;
@@ -65,7 +66,8 @@ void CheckUserNodes(LumenFindings& findings, KOVObjMesh const& mesh,
     if (coordinates.IsNull()) return;
     KOVSimCSet const userNodes(id);
     if (userNodes.IsEmpty()) findings.Add("userNodes CSet is not present");
-    if (!userNodes.Intersection(NodesWithCoordinates(coordinates, nodes)).SameMembers(userNodes)) {
+    if (!CommonMembers(userNodes, NodesWithCoordinates(coordinates, nodes))
+             .SameMembers(userNodes)) {
         findings.Add("Some nodes from user node set are not present in coordinates distribution");
     }
 }
@@ -121,7 +123,7 @@ class ClassWalk {
             return;
         }
         KOVSimCSet const elements = KOVObjElementClass(elementClass).GetElementCSet().CSet();
-        KOVSimCSet const inAssignment = m_assigned.Intersection(elements);
+        KOVSimCSet const inAssignment = CommonMembers(m_assigned, elements);
         if (inAssignment.IsEmpty()) return;
         KOVSimCSet const specs = m_assignment.Select(elements).Collect(m_specs);
         KOVString assignedName;
@@ -167,7 +169,7 @@ class ClassWalk {
     }
 
     char const* ConnectivityState(KOVSimCSet const& elements) const {
-        KOVSimCSet const inConnectivity = m_connected.Intersection(elements);
+        KOVSimCSet const inConnectivity = CommonMembers(m_connected, elements);
         if (inConnectivity.IsEmpty()) return "NO";
         return inConnectivity.SameMembers(elements) ? "YES" : "PARTIAL";
     }

@@ -6,8 +6,8 @@
 #include "KOVSimSet.h"
 #include "KOVSimVector.h"
 #include "KOVSrvLumenChecker.h"
-#include "LumenDrawers.h"
 #include "LumenFindings.h"
+#include "LumenSets.h"
 
 using kov::fsm::FirstDimension;
 using kov::fsm::LumenFindings;
