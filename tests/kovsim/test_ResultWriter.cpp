@@ -9,6 +9,9 @@
 #include <random>
 
 #include "InMemory.h"
+#include "KOVSrvFieldServices.h"
+#include "KOVSrvLumenChecker.h"
+#include "KOVSrvVariableMap.h"
 #include "ResultSamples.h"
 #include "ResultWriter.h"
 #include "support/DocumentFixture.h"
@@ -428,6 +431,78 @@ TEST_P(Results, AFieldTakesTheSetsOfItsDrawersAndNoMore) {
     auto const second = Document().Statistics().sets;
     Add({Sample(1, 3, 3.0, {AtNodes("NT", {"NT"}, labels, {1, 2})})});
     EXPECT_EQ(Document().Statistics().sets - second, second - first + 2);
+}
+
+TEST_P(Results, TheCheckerFindsNothing) {
+    MakeMesh();
+    std::vector<double> const one = {1, 2, 3};
+    std::vector<SampleField> const fields = {
+        AtNodes("U", kU, {10}, one),
+        AtNodes("UR", {"UR1", "UR2", "UR3"}, {10}, one),
+        AtNodes("S", {"S11", "S22", "S33", "S12", "S13", "S23"}, {10}, {1, 2, 3, 4, 5, 6}),
+        AtNodes("NT", {"NT"}, {10}, {1}),
+        AtNodes("CONTACT", {"CPRESS", "CSHEAR1", "CSHEAR2", "COPEN"}, {10}, {1, 2, 3, 4}),
+        AtNodes("ERROR", {"ERROR"}, {10}, {1}),
+        AtNodes("DISPI", {"DISPI1", "DISPI2", "DISPI3"}, {10}, one),
+        AtNodes("ZZSTR", {"ZZSTR11", "ZZSTR22", "ZZSTR12"}, {10}, one),
+        AtNodes("GR", {"GR12", "GR21"}, {10}, {1, 2})};
+    int step = 0;
+    for (StepKind const kind :
+         {StepKind::Unknown, StepKind::Static, StepKind::Dynamic, StepKind::Frequency,
+          StepKind::Buckle, StepKind::HeatTransfer, StepKind::Coupled, StepKind::SteadyState}) {
+        ++step;
+        Add({Sample(step, 1, 0.5, fields, kind), Sample(step, 2, 1.0, fields, kind)});
+    }
+    Reopen();
+    KOVSrvLumenChecker checker(Document());
+    checker.Check_Lumen();  // the mesh of this model lacks this and that
+    int const before = checker.GetFindings().Size();
+    checker.Check_Steps();
+    for (KOVSimPosition const& at : Look().Steps()) {
+        for (KOVSimPosition const& frame : ResultLook::Frames(at)) {
+            KOVSimSet const made = frame.GetSet(schema::Frame_fields());
+            EXPECT_EQ(made.Size(), 10);
+            for (KOVSimSetiterator field = made.Begin(); field.NotDone(); ++field) {
+                checker.Check_Field(*field, "step",
+                                    tool::ToKOVString(ResultLook::TypeName(*field)));
+            }
+        }
+    }
+    for (int i = 0; i < checker.GetFindings().Size(); ++i) {
+        std::string const finding = tool::Plain(checker.GetFindings()[i]);
+        if (i >= before || finding.find("Step") != std::string::npos) ADD_FAILURE() << finding;
+    }
+}
+
+TEST(ResultVariables, OneNumberForAVectorStandsUnderItsOwnName) {
+    std::vector<tool::ResultTarget> const targets =
+        tool::TargetsOf({"U", ResultPlace::Node, {"U"}});
+    ASSERT_EQ(targets.size(), 1U);
+    EXPECT_EQ(targets[0].name, "U");
+    EXPECT_FALSE(targets[0].known);
+    EXPECT_EQ(targets[0].algebraicType, zdm_Algebraic_SCALAR);
+}
+
+TEST(ResultVariables, EveryLabelOfTheMapFitsItsAlgebraicType) {
+    KOVObjDocument const document = KOVObjDocument::CreateInMemory();
+    KOVSrvLumenChecker checker(document);
+    int known = 0;
+    for (int i = 0; KOVSrvVariableMap::GetEntry(i)->label != nullptr; ++i) {
+        std::string const label = KOVSrvVariableMap::GetEntry(i)->label;
+        std::vector<tool::ResultTarget> const targets =
+            tool::TargetsOf({label, ResultPlace::Node, {label}});
+        ASSERT_EQ(targets.size(), 1U);
+        // One number for a whole vector or tensor is none of its components.
+        EXPECT_EQ(targets[0].name,
+                  targets[0].known ? tool::Plain(KOVSrvFieldServices::GetFieldType(label.c_str()))
+                                   : label);
+        known += targets[0].known ? 1 : 0;
+        KOVSrvLumenChecker::Symbols symbols(1);
+        symbols.Get(0) = targets[0].symbols[0];
+        checker.Check_Component(label.c_str(), targets[0].algebraicType, symbols, {});
+    }
+    EXPECT_GT(known, 4000);
+    for (KOVString const& finding : checker.GetFindings()) ADD_FAILURE() << tool::Plain(finding);
 }
 
 TEST_P(Results, LargeFieldsGoThroughInPieces) {

@@ -68,8 +68,9 @@ void WriteNumber(KOVSimDistribution const& numbers, KOVSimCSet const& member, do
     if (drawers.Size() > 0 && drawers.ConstGet(0).extendableDim == 0) {
         write.SetAutoExtend().SetDrawer(drawers.ConstGet(0).drawerID);
     } else {
-        write.SetMakeNewDrawerChunked(KOVSimArray<int, KOVSimArrayBuiltinPolicy<int>>(1, kChunk))
-            .SetExtendableDim(0);
+        KOVSimArray<int, KOVSimArrayBuiltinPolicy<int>> chunks(1);
+        chunks.Get(0) = kChunk;
+        write.SetMakeNewDrawerChunked(chunks).SetExtendableDim(0);
     }
     write.SetDim(0, member).CheckView();
     write.SetBuffer(0, static_cast<void const*>(&number), sizeof number);

@@ -35,15 +35,6 @@ void ForEachRow(Visit&& visit) {
     }
 }
 
-KOVSrvVariableMapEntry const* FindRow(std::string const& label) {
-    KOVSrvVariableMapEntry const* found = nullptr;
-    ForEachRow([&](KOVSrvVariableMapEntry const& row) {
-        if (label == row.label) found = &row;
-        return found == nullptr;
-    });
-    return found;
-}
-
 // What kind of quantity the symbol is a component of.
 int AlgebraicTypeOf(int symbol) {
     switch (symbol) {
@@ -75,6 +66,18 @@ int AlgebraicTypeOfField(char const* name) {
         return type == zdm_Algebraic_SCALAR;
     });
     return type;
+}
+
+// The first row of a label; null if there is none, and for one that stands for all components of a
+// vector or tensor, which is no number.
+KOVSrvVariableMapEntry const* FindRow(std::string const& label) {
+    KOVSrvVariableMapEntry const* found = nullptr;
+    ForEachRow([&](KOVSrvVariableMapEntry const& row) {
+        if (label == row.label) found = &row;
+        return found == nullptr;
+    });
+    if (found == nullptr || found->component != zdm_Component_NONE) return found;
+    return AlgebraicTypeOfField(found->fieldName) == zdm_Algebraic_SCALAR ? found : nullptr;
 }
 
 bool IsOnGrid(std::string const& label, int grid) {
@@ -118,21 +121,13 @@ ResultTarget UnknownTarget(std::string name, int type, int grid) {
     return target;
 }
 
-// Tensors whose halves both come are no symmetric ones.
-int TensorType(std::vector<int> const& symbols) {
-    bool const both = std::any_of(symbols.begin(), symbols.end(), [](int symbol) {
-        return symbol == zdm_Component_C_21 || symbol == zdm_Component_C_31 ||
-               symbol == zdm_Component_C_32;
-    });
-    return both ? zdm_Algebraic_TENSOR2_GENERAL : zdm_Algebraic_TENSOR2_SYMMETRIC;
-}
-
 void AddUnknown(ResultField const& field, int grid, std::vector<ResultTarget>& targets) {
     std::vector<int> symbols = SymbolsByEnding(field, kVector);
     int type = zdm_Algebraic_VECTOR;
     if (symbols.empty()) {
         symbols = SymbolsByEnding(field, kTensor);
-        type = TensorType(symbols);
+        // All nine components too: of the types it is this one that they go with.
+        type = zdm_Algebraic_TENSOR2_SYMMETRIC;
     }
     if (!symbols.empty()) {
         ResultTarget& target = targets.emplace_back(UnknownTarget(field.label, type, grid));
