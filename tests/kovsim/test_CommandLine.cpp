@@ -37,7 +37,7 @@ TEST_F(CommandLine, ExplainsItself) {
     EXPECT_EQ(help.status, 0);
     for (char const* const name :
          {"translate", "info", "sets", "find", "classes", "verify", "compact", "export", "extract",
-          "map", "monitor", "layup", "sections", "variable"}) {
+          "map", "monitor", "layup", "sections", "variable", "fields"}) {
         EXPECT_NE(help.output.find(name), std::string::npos) << name;
         auto const own = work.Run({name, "--help"});
         EXPECT_EQ(own.status, 0);
