@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "AscendingSets.h"
 #include "Interrupt.h"
 #include "KOVSimCSetIterator.h"
 
@@ -21,11 +22,7 @@ class Blocks {
         for (; !m_at.IsDone() && static_cast<int>(m_members.size()) < most; m_at.Next()) {
             m_members.push_back(m_at.CurrentValue());
         }
-        int const count = static_cast<int>(m_members.size());
-        if (m_members.back() - m_members.front() == count - 1) {
-            return m_collection.CreateVolatileCSetStrided(m_members.front(), count, 1, 1);
-        }
-        return m_collection.CreateVolatileCSet(m_members.data(), count, false);
+        return SetOf(m_collection, m_members);
     }
 
   private:

@@ -3,6 +3,7 @@
 #include <map>
 #include <utility>
 
+#include "ByIdentity.h"
 #include "DocumentReader.h"
 #include "InstanceQuestion.h"
 #include "Interrupt.h"
@@ -125,12 +126,7 @@ Layup LayupReader::OfElement(std::string const& instance, int label) {
 }
 
 void LayupReader::ForAll(std::function<void(Layup const&)> const& f) {
-    struct Before {
-        bool operator()(KOVSimDynamicID const& a, KOVSimDynamicID const& b) const {
-            return a.Compare(b) < 0;
-        }
-    };
-    std::map<KOVSimDynamicID, std::size_t, Before> places;
+    std::map<KOVSimDynamicID, std::size_t, ByIdentity> places;
     std::vector<Uses> sections;
     for (SectionUse const& use : AllUses(m_document)) {
         auto const [at, fresh] = places.try_emplace(use.section.ID(), sections.size());

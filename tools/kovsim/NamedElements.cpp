@@ -1,11 +1,11 @@
 #include "NamedElements.h"
 
+#include "AscendingSets.h"
 #include "DocumentReader.h"
 #include "NamedObjects.h"
 #include "Names.h"
 #include "Nearest.h"
 #include "ObjectContent.h"
-#include "Renumbering.h"
 
 namespace kov::tool {
 namespace {

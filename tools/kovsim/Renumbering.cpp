@@ -2,20 +2,10 @@
 
 #include <bit>
 
+#include "AscendingSets.h"
 #include "KOVSimCSetIterator.h"
 
 namespace kov::tool {
-
-bool IsRange(KOVSimCSet const& set, int& first, int& last) {
-    long long const bounds = set.Bounds();
-    first = static_cast<int>(bounds & 0xffffffff);
-    last = static_cast<int>(bounds >> 32);
-    return set.IsAscending() && static_cast<long long>(last) - first + 1 == set.Size();
-}
-
-KOVSimCSet Ascending(KOVSimCSet const& set) {
-    return set.IsAscending() ? set : set.Union(KOVSimCSet(set.CollectionID()));
-}
 
 Renumbering::Renumbering(KOVSimCSet const& kept) : m_identity(false), m_kept(Ascending(kept)) {
     if (m_kept.IsEmpty() || IsRange(m_kept, m_lowest, m_highest)) {

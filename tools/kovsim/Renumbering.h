@@ -52,10 +52,4 @@ class Renumbering {
     std::vector<int> m_before;           ///< kept members before every eighth word
 };
 
-/// True if the members of an ascending set are one run, from `first` to `last`.
-bool IsRange(KOVSimCSet const& set, int& first, int& last);
-
-/// The same members ascending.
-KOVSimCSet Ascending(KOVSimCSet const& set);
-
 }  // namespace kov::tool

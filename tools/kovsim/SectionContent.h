@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "ByIdentity.h"
 #include "KOVObjDocument.h"
 #include "KOVSimTypedIDs.h"
 
@@ -20,12 +21,7 @@ class ObjectNames {
     std::string const& Of(KOVSimPosition const& object, int map);
 
   private:
-    struct Before {
-        bool operator()(KOVSimDynamicID const& a, KOVSimDynamicID const& b) const {
-            return a.Compare(b) < 0;
-        }
-    };
-    std::map<KOVSimDynamicID, std::string, Before> m_names;
+    std::map<KOVSimDynamicID, std::string, ByIdentity> m_names;
 };
 
 enum class SectionKind { Shell, Solid, Membrane, Beam, Surface, Other };

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <vector>
 
+#include "AscendingSets.h"
+#include "ByIdentity.h"
 #include "DocumentReader.h"
 #include "ElementTypes.h"
 #include "Interrupt.h"
@@ -13,12 +15,6 @@
 
 namespace kov::tool {
 namespace {
-
-struct Before {
-    bool operator()(KOVSimDynamicID const& a, KOVSimDynamicID const& b) const {
-        return a.Compare(b) < 0;
-    }
-};
 
 // Elements by their types: what has no type stands last. Types that are not known count as such
 // that need a section.
@@ -96,12 +92,6 @@ KOVSimCSet Range(KOVSimCollection const& collection, int count) {
     return collection.CreateVolatileCSetStrided(0, count, 1, 1);
 }
 
-// `members` ascend.
-KOVSimCSet SetOf(KOVSimCollection const& collection, std::vector<int> const& members) {
-    if (members.empty()) return KOVSimCSet(collection.ID());
-    return collection.CreateVolatileCSet(members.data(), static_cast<int>(members.size()), false);
-}
-
 KOVSimCSet MarkedIn(KOVSimCollection const& collection, std::vector<bool> const& marks) {
     std::vector<int> members;
     for (std::size_t i = 0; i < marks.size(); ++i) {
@@ -135,7 +125,7 @@ SectionCoverage ReadSectionCoverage(KOVObjDocument const& document) {
     std::vector<int> lost;
     ObjectNames names;
     FirstMaterials const firstMaterials(document);
-    std::map<KOVSimDynamicID, SectionContent, Before> contents;
+    std::map<KOVSimDynamicID, SectionContent, ByIdentity> contents;
     coverage.assignments.reserve(uses.size());
     for (SectionUse const& use : uses) {
         if (coverage.assignments.size() % 1000 == 0) ThrowIfInterrupted();

@@ -1,12 +1,12 @@
 #include "SetMapping.h"
 
+#include "AscendingSets.h"
 #include "DocumentReader.h"
 #include "Failure.h"
 #include "KOVObjMesh.h"
 #include "KOVSimCSetIterator.h"
 #include "KOVSrvLabelMapper.h"
 #include "MeshLabels.h"
-#include "Renumbering.h"
 
 namespace kov::tool {
 namespace {

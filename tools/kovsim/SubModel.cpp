@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "AscendingSets.h"
 #include "DistributionCopy.h"
 #include "DocumentCopy.h"
 #include "DocumentReader.h"

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <limits>
 
+#include "AscendingSets.h"
 #include "Failure.h"
 #include "KOVSimCSetIterator.h"
 #include "KOVSimDSet.h"
@@ -12,17 +13,6 @@
 
 namespace kov::tool {
 namespace {
-
-bool IsRange(KOVSimCSet const& set, int& first, int& last) {
-    long long const bounds = set.Bounds();
-    first = static_cast<int>(bounds & 0xffffffff);
-    last = static_cast<int>(bounds >> 32);
-    return set.IsAscending() && static_cast<long long>(last) - first + 1 == set.Size();
-}
-
-KOVSimCSet Ascending(KOVSimCSet const& set) {
-    return set.IsAscending() ? set : set.Union(KOVSimCSet(set.CollectionID()));
-}
 
 template <class T>
 void AppendAll(VtuWriter& file, std::vector<T> const& values) {
@@ -76,10 +66,9 @@ void VtuExport::Place(Block const& block, KOVSimCSet const& elements, int index,
     if (last < block.first || first >= end) return;
     KOVSimCSet const range =
         m_elementCollection.CreateVolatileCSetStrided(block.first, block.count, 1, 1);
-    KOVSimCSet const inside = elements.Intersection(range);
-    std::vector<int> members(static_cast<std::size_t>(inside.Size()));
-    inside.Members(members.data());
-    for (int const member : members) places[static_cast<std::size_t>(member - block.first)] = index;
+    for (int const member : MembersOf(elements.Intersection(range))) {
+        places[static_cast<std::size_t>(member - block.first)] = index;
+    }
 }
 
 template <class F>
@@ -174,9 +163,7 @@ void VtuExport::WriteConnectivity(VtuWriter& file) {
             if (members.empty()) continue;
             auto const nodes = static_cast<std::size_t>(drawer.nodes);
             rows.assign(members.size() * nodes, 0);
-            int const count = static_cast<int>(members.size());
-            connectivity.Read(m_elementCollection.CreateVolatileCSet(members.data(), count, false),
-                              drawer.positions, rows.data());
+            connectivity.Read(SetOf(m_elementCollection, members), drawer.positions, rows.data());
             for (std::size_t m = 0; m < members.size(); ++m) {
                 auto const i = static_cast<std::size_t>(members[m] - block.first);
                 std::span<int const> const order = NodeOrder(CellOf(block, i));
