@@ -67,12 +67,6 @@ void AddNew(std::vector<std::string>& to, std::vector<std::string> const& texts)
 
 // ------------------------------------------------------------------------------------ choosing
 
-std::vector<FieldHead> FieldsOf(DocumentResults& results, FrameNumber const& number) {
-    ResultStep const& step = results.Steps()[number.step];
-    if (number.frame == 0) return results.FieldsWithoutFrame(step);
-    return results.FieldsOf(step.frames[static_cast<std::size_t>(number.frame) - 1]);
-}
-
 // The one frame of a VTU file; nothing where the document has no results.
 std::optional<FrameNumber> OneFrame(DocumentResults& results, Options const& options,
                                     FrameChoice choice) {
@@ -170,8 +164,7 @@ class Exporter {
         ResultStep const& step = m_results.Steps()[file.frame->step];
         out.AddTexts("StepName", {step.name});
         if (file.frame->frame == 0) return;
-        auto const at = static_cast<std::size_t>(file.frame->frame) - 1;
-        FrameHead const head = DocumentResults::ReadFrame(step.frames[at]);
+        FrameHead const head = DocumentResults::ReadFrame(step.Frame(file.frame->frame));
         out.AddNumber("TimeValue", file.time);
         out.AddNumber("FrameNumber", file.frame->frame);
         out.AddNumber("Increment", head.increment);
@@ -295,9 +288,8 @@ int Export(Options const& options) {
         Done done = exporter.Finish();
         if (folder && counted) {
             done.notes.emplace_back(
-                "the times of the frames do not ascend, or are of several sorts: the series counts "
-                "its "
-                "frames from 1");
+                "the times of the frames do not ascend, or are of several sorts: the series "
+                "counts its frames from 1");
         }
         std::chrono::duration<double> const seconds = std::chrono::steady_clock::now() - start;
         return options.json ? JsonText(options, results, files, done, seconds.count())

@@ -62,14 +62,8 @@ void AddWithoutFrame(DocumentResults& results, ResultStep const& step, FieldPick
 
 std::vector<ListedField> FieldsOfFrame(DocumentResults& results, FrameNumber const& number,
                                        FieldPicker& picker) {
-    ResultStep const& step = results.Steps()[number.step];
     std::vector<ListedField> fields;
-    if (number.frame == 0) {
-        AddWithoutFrame(results, step, picker, fields);
-        return fields;
-    }
-    KOVSimPosition const& frame = step.frames[static_cast<std::size_t>(number.frame) - 1];
-    for (FieldHead const& head : results.FieldsOf(frame)) {
+    for (FieldHead const& head : FieldsOf(results, number)) {
         if (picker.Takes(head)) fields.push_back({head, number.frame, 0});
     }
     return fields;

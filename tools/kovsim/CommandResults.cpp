@@ -1,19 +1,16 @@
 // kovsim results MODEL.ksd --add FILE...
 
-#include <sys/stat.h>
-
 #include <CLI/CLI.hpp>
-#include <cerrno>
 #include <chrono>
 #include <cstdio>
 #include <memory>
 #include <optional>
 #include <string>
-#include <system_error>
 #include <vector>
 
 #include "Columns.h"
 #include "Commands.h"
+#include "DocumentReader.h"
 #include "Json.h"
 #include "Names.h"
 #include "Nearest.h"
@@ -32,22 +29,6 @@ struct Options {
     bool growing = false;
     bool json = false;
 };
-
-KOVObjDocument OpenForWriting(std::string const& path) {
-    struct stat found = {};
-    if (stat(path.c_str(), &found) != 0) {
-        throw Failure(path + ": cannot be opened: " + std::generic_category().message(errno));
-    }
-    if (!S_ISDIR(found.st_mode)) {
-        throw Failure(path + ": is no document; expected a folder such as MODEL.ksd");
-    }
-    try {
-        return KOVObjDocument::Open(ToKOVString(path), KOVObjDocument::ReadWrite);
-    } catch (KOVSimException const& error) {
-        std::string const text = error.what();
-        throw Failure(text.find(path) == std::string::npos ? path + ": " + text : text);
-    }
-}
 
 char const* PlaceName(ResultPlace place) {
     switch (place) {
@@ -235,7 +216,7 @@ void AddResults(CLI::App& app, Action& action) {
     command->add_option("MODEL", options->document, "The document to add to")->required();
     command
         ->add_option("--add", options->files,
-                     "Files of results: CalculiX .frd; what they are is told by their content")
+                     "Files of results: CalculiX .frd, or Exodus II; their content tells which")
         ->required();
     command->add_option("--instance", options->instance,
                         "The instance whose labels the files name, where the model has several");

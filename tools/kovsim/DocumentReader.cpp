@@ -15,8 +15,9 @@
 #include "Names.h"
 
 namespace kov::tool {
+namespace {
 
-KOVObjDocument OpenForReading(std::string const& path) {
+KOVObjDocument OpenDocument(std::string const& path, KOVObjDocument::Access access) {
     struct stat found = {};
     if (stat(path.c_str(), &found) != 0) {
         throw Failure(path + ": cannot be opened: " + std::generic_category().message(errno));
@@ -25,12 +26,22 @@ KOVObjDocument OpenForReading(std::string const& path) {
         throw Failure(path + ": is no document; expected a folder such as MODEL.ksd");
     }
     try {
-        return KOVObjDocument::Open(ToKOVString(path), KOVObjDocument::ReadOnly);
+        return KOVObjDocument::Open(ToKOVString(path), access);
     } catch (KOVSimException const& error) {
         std::string const text = error.what();
         // The path stands in front, as in all messages, and not twice.
         throw Failure(text.find(path) == std::string::npos ? path + ": " + text : text);
     }
+}
+
+}  // namespace
+
+KOVObjDocument OpenForReading(std::string const& path) {
+    return OpenDocument(path, KOVObjDocument::ReadOnly);
+}
+
+KOVObjDocument OpenForWriting(std::string const& path) {
+    return OpenDocument(path, KOVObjDocument::ReadWrite);
 }
 
 KOVSimCollection CollectionAt(KOVSimPosition const& position) {

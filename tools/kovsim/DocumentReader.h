@@ -18,8 +18,9 @@
 
 namespace kov::tool {
 
-/// Opens a document for reading. Throws Failure that names the path and says why it cannot be done.
+/// Each opens a document, and throws Failure that names the path and says why it cannot be done.
 KOVObjDocument OpenForReading(std::string const& path);
+KOVObjDocument OpenForWriting(std::string const& path);
 
 /// Something in a document that cannot be answered. The text has no path: WhileReading puts it in
 /// front.

@@ -5,8 +5,8 @@
 #include <set>
 #include <utility>
 
+#include "AscendingSets.h"
 #include "DocumentReader.h"
-#include "Interrupt.h"
 #include "JobRecords.h"
 #include "KOVObjMeshedField.h"
 #include "KOVSimDataRecord.h"
@@ -18,28 +18,13 @@
 #include "KOVSimVector.h"
 #include "KOVSrvFieldServices.h"
 #include "Names.h"
+#include "SetBlocks.h"
 #include "zdm_ComponentSymbols.h"
 
 namespace kov::tool {
 namespace {
 
-// Fields of the records of frames, serial fields and field types.
-constexpr int kIncrement = 0;
-constexpr int kValue = 1;
-constexpr int kTotalTime = 2;
-constexpr int kText = 3;
-constexpr int kPoint = 0;
-constexpr int kAlgebraicType = 0;
-
 constexpr int kAnyGrid = -1;
-
-FrameValue ValueOf(KOVSimPosition const& step) {
-    for (int const type : {schema::Step_Lin_Frequency(), schema::Step_Lin_ComplexFrequency(),
-                           schema::Step_Lin_SteadyState(), schema::Step_Lin_RandomResponse()}) {
-        if (step.IsA(type)) return FrameValue::Frequency;
-    }
-    return step.IsA(schema::Step_Lin_Buckle()) ? FrameValue::LoadFactor : FrameValue::Time;
-}
 
 std::vector<KOVSimPosition> PositionsOf(KOVSimSet const& set) {
     std::vector<KOVSimPosition> positions;
@@ -55,29 +40,7 @@ std::string LabelFromSymbol(std::string const& label, FieldComponent const& comp
     return label + name.substr(2, name.find('_', 2) - 2);
 }
 
-KOVSimCSet Ascending(KOVSimCSet const& set) {
-    return set.IsAscending() ? set : set.Union(KOVSimCSet(set.CollectionID()));
-}
-
-std::vector<int> MembersOf(KOVSimCSet const& set) {
-    std::vector<int> members(static_cast<std::size_t>(set.Size()));
-    set.Members(members.data());
-    return members;
-}
-
 }  // namespace
-
-char const* FrameValueName(FrameValue value) {
-    switch (value) {
-        case FrameValue::Frequency:
-            return "frequency";
-        case FrameValue::LoadFactor:
-            return "load factor";
-        case FrameValue::Time:
-            break;
-    }
-    return "time";
-}
 
 std::string GridShown(SchemaType const& grid) {
     if (grid.type == schema::Grid_Node()) return "nodes";
@@ -96,7 +59,7 @@ DocumentResults::DocumentResults(KOVObjDocument const& document)
         step.position = job.step;
         step.name = job.name.empty() ? Plain(job.step.Name(-1)) : job.name;
         step.type = FindSchemaType(job.step.TypePosition());
-        step.value = ValueOf(job.step);
+        step.value = FrameValueOf(job.step);
         for (auto at = job.step.GetVector(schema::Task_frames()).Begin(); at.NotDone(); ++at) {
             step.frames.push_back(*at);
         }
@@ -111,11 +74,11 @@ DocumentResults::DocumentResults(KOVObjDocument const& document)
 FrameHead DocumentResults::ReadFrame(KOVSimPosition const& frame) {
     FrameHead head;
     KOVSimDataRecord const record = frame.GetDataRecord();
-    record.GetInt(kIncrement, head.increment);
-    record.GetDouble(kValue, head.value);
+    record.GetInt(kFrameIncrement, head.increment);
+    record.GetDouble(kFrameValue, head.value);
     head.totalTime = head.value;  // where none is told
-    record.GetDouble(kTotalTime, head.totalTime);
-    head.text = Plain(record.ReturnString(kText));
+    record.GetDouble(kFrameTotalTime, head.totalTime);
+    head.text = Plain(record.ReturnString(kFrameText));
     return head;
 }
 
@@ -190,11 +153,11 @@ FieldContent DocumentResults::Look(FieldHead const& head) {
     field.head = head;
     field.grid = FindSchemaType(head.grid);
     KOVSimPosition const type = head.position.GetPosition(schema::Field_fieldType());
-    type.GetDataRecord().GetSymb(kAlgebraicType, field.algebraicType);
+    type.GetDataRecord().GetSymb(kFieldTypeAlgebraicType, field.algebraicType);
     for (KOVSimPosition const& serial :
          PositionsOf(head.position.GetSet(schema::Field_serialFields()))) {
         int point = 0;
-        serial.GetDataRecord().GetInt(kPoint, point);
+        serial.GetDataRecord().GetInt(kSerialFieldPoint, point);
         for (KOVSimPosition const& drawer :
              PositionsOf(serial.GetSet(schema::SerialField_drawers()))) {
             if (field.fault.empty()) AddDrawer(field, drawer, point);
@@ -297,21 +260,22 @@ void DocumentResults::Settle(FieldContent& field) {
     field.points = static_cast<int>(points.size());
 }
 
-void ReadRows(FieldDrawer const& drawer, KOVSimCSet const& items, double* values) {
+int FieldDrawer::ColumnOf(int place) const {
+    if (place < 0) return -1;
+    auto const at = std::find(places.begin(), places.end(), static_cast<std::size_t>(place));
+    return at == places.end() ? -1 : static_cast<int>(at - places.begin());
+}
+
+void ReadRows(FieldDrawer const& drawer, KOVSimCSet const& items, std::vector<double>& values) {
+    values.resize(static_cast<std::size_t>(items.Size()) * drawer.Width());
     KOVSimTransfer transfer(drawer.distribution);
     transfer.SetRead().SetBufferPadding(false).SetDrawer(drawer.id).SetDim(0, items);
     if (drawer.distribution.NumDimensions() == 2) transfer.SetDim(1, drawer.columns);
     if (drawer.distribution.Range().Key() != KOVSimTypeKeyDouble)
         transfer.SetBufferType(KOVSimTypeKeyDouble);
     transfer.CheckView();
-    transfer.SetBuffer(0, values,
-                       sizeof(double) * static_cast<unsigned long>(items.Size()) * drawer.Width());
+    transfer.SetBuffer(0, values.data(), sizeof(double) * values.size());
     transfer.ExecRead().RelinquishBuffers();
-}
-
-KOVSimCSet InWindow(KOVSimCSet const& set, int first, int count) {
-    return set.Intersection(
-        KOVSimCollection(set.CollectionID()).CreateVolatileCSetStrided(first, count, 1, 1));
 }
 
 void ForRows(FieldDrawer const& drawer,
@@ -319,19 +283,11 @@ void ForRows(FieldDrawer const& drawer,
                                 std::vector<double> const& values)> const& f) {
     std::vector<int> items;
     std::vector<double> values;
-    long long const bounds = drawer.items.Bounds();
-    std::int64_t const last = bounds >> 32;
-    for (std::int64_t first = bounds & 0xffffffff; first <= last; first += kFieldBlock) {
-        ThrowIfInterrupted();
-        auto const count = static_cast<int>(std::min<std::int64_t>(kFieldBlock, last - first + 1));
-        KOVSimCSet const window = InWindow(drawer.items, static_cast<int>(first), count);
-        if (window.IsEmpty()) continue;
-        items.resize(static_cast<std::size_t>(window.Size()));
-        window.Members(items.data());
-        values.resize(items.size() * drawer.Width());
-        ReadRows(drawer, window, values.data());
+    ForSetWindows(drawer.items, kFieldBlock, [&](KOVSimCSet const& window) {
+        ReadMembers(window, items);
+        ReadRows(drawer, window, values);
         f(items, values);
-    }
+    });
 }
 
 }  // namespace kov::tool

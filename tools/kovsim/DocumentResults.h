@@ -18,15 +18,10 @@
 #include "KOVSimCSet.h"
 #include "KOVSimCollection.h"
 #include "KOVSimDistribution.h"
+#include "ResultRecords.h"
 #include "SchemaTypes.h"
 
 namespace kov::tool {
-
-/// What the value of a frame is, by the type of its step.
-enum class FrameValue { Time, Frequency, LoadFactor };
-
-/// "time", "frequency" or "load factor".
-char const* FrameValueName(FrameValue value);
 
 struct ResultStep {
     std::string name;
@@ -34,6 +29,11 @@ struct ResultStep {
     SchemaType type;
     FrameValue value = FrameValue::Time;
     std::vector<KOVSimPosition> frames;  ///< in their order
+
+    /// By its number, from 1.
+    KOVSimPosition const& Frame(int number) const {
+        return frames[static_cast<std::size_t>(number) - 1];
+    }
 };
 
 struct FrameHead {
@@ -69,6 +69,8 @@ struct FieldDrawer {
     std::vector<std::size_t> places;  ///< of the columns among the components of the field
 
     std::size_t Width() const { return places.size(); }
+    /// The column of a component of the field, told by its place there; -1 if there is none.
+    int ColumnOf(int place) const;
 };
 
 struct FieldContent {
@@ -125,10 +127,7 @@ constexpr int kFieldBlock = 1 << 17;
 
 /// Values of `items`, which are some of the drawer's, in ascending order: (items, columns),
 /// row-major.
-void ReadRows(FieldDrawer const& drawer, KOVSimCSet const& items, double* values);
-
-/// Those of the members of an ascending set that lie in [first, first + count).
-KOVSimCSet InWindow(KOVSimCSet const& set, int first, int count);
+void ReadRows(FieldDrawer const& drawer, KOVSimCSet const& items, std::vector<double>& values);
 
 /// Calls `f` for blocks of ascending items with their values as ReadRows gives them.
 void ForRows(

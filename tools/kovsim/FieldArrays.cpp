@@ -2,11 +2,11 @@
 
 #include <algorithm>
 #include <limits>
-#include <span>
 
 #include "DocumentReader.h"
 #include "KOVSimSchema.h"
 #include "Names.h"
+#include "SetBlocks.h"
 
 namespace kov::tool {
 namespace {
@@ -134,16 +134,13 @@ void FieldArrays::WriteRows(VtuWriter& out, Carried const& carried, int space) c
         for (FieldDrawer const& drawer : carried.field.drawers) {
             KOVSimCSet const window = InWindow(drawer.items, first, count);
             if (window.IsEmpty()) continue;
-            items.resize(static_cast<std::size_t>(window.Size()));
-            window.Members(items.data());
-            values.resize(items.size() * drawer.Width());
-            ReadRows(drawer, window, values.data());
+            ReadMembers(window, items);
+            ReadRows(drawer, window, values);
             for (std::size_t c = 0; c < width; ++c) {
                 int const place = carried.form.columns[c].place;
-                auto const at = std::find(drawer.places.begin(), drawer.places.end(),
-                                          static_cast<std::size_t>(std::max(place, 0)));
-                if (place >= 0 && at == drawer.places.end()) continue;
-                double const* from = values.data() + (at - drawer.places.begin());
+                int const column = drawer.ColumnOf(place);
+                if (place >= 0 && column < 0) continue;
+                double const* const from = values.data() + std::max(column, 0);
                 double* const to = rows.data() + c;
                 for (std::size_t i = 0; i < items.size(); ++i) {
                     auto const row = static_cast<std::size_t>(items[i] - first);

@@ -111,8 +111,7 @@ std::string FieldListing::StepText(std::size_t number) const {
 
 std::string FieldListing::FrameText(ResultStep const& step, int frame) const {
     if (frame == 0) return "outside of frames";
-    FrameHead const head =
-        DocumentResults::ReadFrame(step.frames[static_cast<std::size_t>(frame) - 1]);
+    FrameHead const head = DocumentResults::ReadFrame(step.Frame(frame));
     std::string text = "frame " + std::to_string(frame) + ": increment " +
                        std::to_string(head.increment) + ", " + FrameValueName(step.value) + " " +
                        Rounded(head.value);
@@ -214,8 +213,7 @@ void FieldListing::AddFrame(Json& json, ResultStep const& step, int frame) const
         json.Null();
         return;
     }
-    FrameHead const head =
-        DocumentResults::ReadFrame(step.frames[static_cast<std::size_t>(frame) - 1]);
+    FrameHead const head = DocumentResults::ReadFrame(step.Frame(frame));
     json.OneLine().BeginObject().Member("number", frame).Member("increment", head.increment);
     json.Member("value", head.value).Member("totalTime", head.totalTime);
     json.Member("text", head.text).EndObject();

@@ -1,6 +1,5 @@
 #include "FieldRanges.h"
 
-#include <algorithm>
 #include <array>
 #include <cmath>
 #include <limits>
@@ -64,16 +63,6 @@ void Merge(FieldRange& into, BlockRange const& range, std::vector<int> const& it
     }
 }
 
-// What follows from the components of one row, in the order of the form; 0 for one that the field
-// lacks.
-double Derived(Kind kind, std::array<double, 6> const& v) {
-    if (kind == Kind::Vector) return std::hypot(v[0], v[1], v[2]);
-    double const a = v[0] - v[1];
-    double const b = v[1] - v[2];
-    double const c = v[2] - v[0];
-    return std::sqrt((a * a + b * b + c * c) / 2 + 3 * (v[3] * v[3] + v[4] * v[4] + v[5] * v[5]));
-}
-
 // The square of the magnitude or of the Mises stress, which has its extremes at the same rows.
 double DerivedSquare(Kind kind, std::array<double, 6> const& v) {
     if (kind == Kind::Vector) return v[0] * v[0] + v[1] * v[1] + v[2] * v[2];
@@ -81,6 +70,13 @@ double DerivedSquare(Kind kind, std::array<double, 6> const& v) {
     double const b = v[1] - v[2];
     double const c = v[2] - v[0];
     return (a * a + b * b + c * c) / 2 + 3 * (v[3] * v[3] + v[4] * v[4] + v[5] * v[5]);
+}
+
+// What follows from the components of one row, in the order of the form; 0 for one that the field
+// lacks.
+double Derived(Kind kind, std::array<double, 6> const& v) {
+    if (kind == Kind::Vector) return std::hypot(v[0], v[1], v[2]);
+    return std::sqrt(DerivedSquare(kind, v));
 }
 
 std::string DerivedLabel(FieldContent const& field, Kind kind) {
@@ -110,10 +106,7 @@ std::vector<FieldRange> RangesOf(FieldContent const& field) {
         std::array<int, 6> from;
         from.fill(-1);
         for (std::size_t i = 0; i < form.columns.size() && i < from.size(); ++i) {
-            auto const at = std::find(drawer.places.begin(), drawer.places.end(),
-                                      static_cast<std::size_t>(std::max(form.columns[i].place, 0)));
-            if (form.columns[i].place < 0 || at == drawer.places.end()) continue;
-            from[i] = static_cast<int>(at - drawer.places.begin());
+            from[i] = drawer.ColumnOf(form.columns[i].place);
         }
         bool const whole = drawer.Width() == field.components.size();
         ForRows(drawer, [&](std::vector<int> const& items, std::vector<double> const& values) {

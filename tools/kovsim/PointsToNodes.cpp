@@ -6,19 +6,16 @@
 #include <optional>
 #include <utility>
 
-#include "Interrupt.h"
+#include "AscendingSets.h"
 #include "KOVSrvExtrapolation.h"
 #include "Names.h"
 #include "ObjectContent.h"
+#include "SetBlocks.h"
 
 namespace kov::tool {
 namespace {
 
 constexpr std::size_t kBlockNumbers = std::size_t{1} << 21;  // at the points of one block
-
-KOVSimCSet Ascending(KOVSimCSet const& set) {
-    return set.IsAscending() ? set : set.Union(KOVSimCSet(set.CollectionID()));
-}
 
 }  // namespace
 
@@ -113,10 +110,8 @@ void PointsToNodes::ReadPoints(Part const& part, std::vector<int> const& element
         if (drawer.point > part.points) break;
         KOVSimCSet const inside = set.Intersection(drawer.items);
         if (inside.IsEmpty()) continue;
-        members.resize(static_cast<std::size_t>(inside.Size()));
-        inside.Members(members.data());
-        values.resize(members.size() * drawer.Width());
-        ReadRows(drawer, inside, values.data());
+        ReadMembers(inside, members);
+        ReadRows(drawer, inside, values);
         auto const point = static_cast<std::size_t>(drawer.point) - 1;
         auto at = elements.begin();
         for (std::size_t i = 0; i < members.size(); ++i) {
@@ -167,22 +162,15 @@ std::vector<double> PointsToNodes::Means(int nodes) {
         std::size_t const numbers = static_cast<std::size_t>(widest) * m_width;
         auto const most =
             static_cast<std::int64_t>(std::max<std::size_t>(kBlockNumbers / numbers, 1));
-        long long const bounds = part.elements.Bounds();
-        std::int64_t const last = bounds >> 32;
-        for (std::int64_t first = bounds & 0xffffffff; first <= last; first += most) {
-            ThrowIfInterrupted();
-            KOVSimCSet const set = InWindow(part.elements, static_cast<int>(first),
-                                            static_cast<int>(std::min(most, last - first + 1)));
-            if (set.IsEmpty()) continue;
-            elements.resize(static_cast<std::size_t>(set.Size()));
-            set.Members(elements.data());
+        ForSetWindows(part.elements, most, [&](KOVSimCSet const& set) {
+            ReadMembers(set, elements);
             ReadPoints(part, elements, set, source);
             target.resize(elements.size() * static_cast<std::size_t>(part.type->nodes) * m_width);
             KOVSrvExtrapolation::ExtrapolateDoublePrecision(
                 part.points, part.type->nodes, static_cast<int>(m_width), set.Size(), source.data(),
                 target.data(), part.rule.toNodes.data());
             odd += Gather(part, elements, target, sums);
-        }
+        });
     }
     if (odd > 0) {
         m_notes.push_back(CountText(odd, "element") +

@@ -1,5 +1,6 @@
 #include "ResultChoice.h"
 
+#include <algorithm>
 #include <charconv>
 #include <numeric>
 
@@ -95,6 +96,12 @@ std::vector<FrameNumber> ChooseFrames(DocumentResults const& results,
                             CountText(static_cast<long>(most), "frame"));
     }
     return frames;
+}
+
+std::vector<FieldHead> FieldsOf(DocumentResults& results, FrameNumber const& number) {
+    ResultStep const& step = results.Steps()[number.step];
+    return number.frame == 0 ? results.FieldsWithoutFrame(step)
+                             : results.FieldsOf(step.Frame(number.frame));
 }
 
 FieldPicker::FieldPicker(std::vector<std::string> const& words) {

@@ -33,6 +33,9 @@ struct FrameNumber {
 std::vector<FrameNumber> ChooseFrames(DocumentResults const& results,
                                       std::vector<std::size_t> const& steps, FrameChoice choice);
 
+/// Its fields, in the order in which they were made.
+std::vector<FieldHead> FieldsOf(DocumentResults& results, FrameNumber const& number);
+
 /// Takes fields by the words of a user: names of fields, labels of variables or of their
 /// components, in any case. Without words it takes all.
 class FieldPicker {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <numeric>
 
+#include "AscendingSets.h"
 #include "Interrupt.h"
 #include "KOVObjMeshedField.h"
 #include "KOVSimDataRecord.h"
@@ -11,27 +12,16 @@
 #include "KOVSimSet.h"
 #include "KOVSimTransfer.h"
 #include "Names.h"
+#include "ResultRecords.h"
 
 namespace kov::tool {
 namespace {
-
-constexpr int kGridTypeField = 0;
-constexpr int kAlgebraicTypeField = 0;
-constexpr int kPointField = 0;
 
 // The persistent set of these members; one for all who ask.
 KOVSimCSetID SharedSet(KOVSimCollection& collection, KOVSimCSet set) {
     KOVSimCSetID const stored = collection.SeekCSet(set, false);
     if (!stored.IsNull() && stored.Minor() > 0) return stored;
     return set.RegisterWithCollection();
-}
-
-KOVSimCSet SetOf(KOVSimCollection const& collection, std::vector<int> const& members) {
-    int const count = static_cast<int>(members.size());
-    if (members.back() - members.front() == count - 1) {
-        return collection.CreateVolatileCSetStrided(members.front(), count, 1, 1);
-    }
-    return collection.CreateVolatileCSet(members.data(), count, false);
 }
 
 std::string Item(ResultPlace place, int label) {
@@ -141,8 +131,7 @@ void ResultFieldWriter::Sort() {
 
 // The places of members, all of which are among the rows gathered.
 std::vector<std::size_t> ResultFieldWriter::RowsOf(KOVSimCSet const& items) const {
-    std::vector<int> members(static_cast<std::size_t>(items.Size()));
-    items.Members(members.data());
+    std::vector<int> const members = MembersOf(items);
     std::vector<std::size_t> rows;
     rows.reserve(members.size());
     std::size_t at = 0;
@@ -188,7 +177,7 @@ KOVSimPosition ResultFieldWriter::Serial(Field& field, int point) {
     KOVSimPosition& serial = field.serials[at];
     if (!serial.IsNull()) return serial;
     KOVSimDataRecord const record = m_document.CreateDataRecord(schema::SerialField());
-    record.SetInt(kPointField, point);
+    record.SetInt(kSerialFieldPoint, point);
     serial = record.Pos();
     serial.SetPosition(schema::SerialField_components(), KOVSimPosition(field.components));
     field.field.GetSet(schema::Field_serialFields()).Insert(serial);
@@ -207,7 +196,7 @@ KOVSimPosition ResultFieldWriter::FieldType(ResultTarget const& target) const {
     KOVSimPosition const there = types.Find(name);
     if (!there.IsNull()) {
         int type = -1;
-        there.GetDataRecord().GetSymb(kAlgebraicTypeField, type);
+        there.GetDataRecord().GetSymb(kFieldTypeAlgebraicType, type);
         if (type == target.algebraicType) return there;
         throw ResultFault("field type '" + Shown(target.name) +
                           "' of the document is another quantity: its algebraic type is " +
@@ -215,7 +204,7 @@ KOVSimPosition ResultFieldWriter::FieldType(ResultTarget const& target) const {
     }
     KOVSimDataRecord const made = m_document.CreateDataRecord(
         target.known ? schema::FieldTypePrimary() : schema::FieldType_unchecked());
-    made.SetSymb(kAlgebraicTypeField, target.algebraicType);
+    made.SetSymb(kFieldTypeAlgebraicType, target.algebraicType);
     types.Insert(name, made.Pos());
     return made.Pos();
 }
@@ -235,7 +224,7 @@ void ResultFieldWriter::MakeFields() {
         }
         Field& made = m_fields.emplace_back();
         KOVSimDataRecord const record = m_document.CreateDataRecord(schema::Field_Meshed());
-        record.SetTypeID(kGridTypeField, target.grid);
+        record.SetTypeID(kFieldGridType, target.grid);
         made.field = record.Pos();
         made.field.SetPosition(schema::Field_fieldType(), FieldType(target));
         made.distribution = made.field.CreateTypedDistribution(

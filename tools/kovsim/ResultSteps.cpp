@@ -1,7 +1,6 @@
 #include "ResultSteps.h"
 
 #include <cmath>
-#include <cstdio>
 
 #include "KOVSimDataRecord.h"
 #include "KOVSimMap.h"
@@ -9,87 +8,46 @@
 #include "KOVSimSet.h"
 #include "KOVSimVector.h"
 #include "Names.h"
+#include "ObjectContent.h"
+#include "ResultRecords.h"
 #include "ResultSeries.h"
 #include "ResultVariables.h"
 
 namespace kov::tool {
 namespace {
 
-constexpr int kIncrementField = 0;
-constexpr int kValueField = 1;
-constexpr int kTotalTimeField = 2;
-constexpr int kTextField = 3;
 constexpr double kTwoPi = 6.283185307179586476925286766559;
 // Numbers of steps in a file that is damaged must not make millions of steps.
 constexpr int kMostMissing = 1000;
 
-enum class Span { Time, Frequency, LoadFactor };
-
 struct KindOfStep {
     StepKind kind;
     int (*type)();
-    Span span;
+    FrameValue value;
     char const* text;
 };
 
 constexpr KindOfStep kKinds[] = {
-    {StepKind::Unknown, schema::Step_Gen, Span::Time, "a general step"},
-    {StepKind::Static, schema::Step_Gen_Static, Span::Time, "a static step"},
-    {StepKind::Dynamic, schema::Step_Gen_DynamicImplicit, Span::Time, "a dynamic step"},
-    {StepKind::Frequency, schema::Step_Lin_Frequency, Span::Frequency, "a frequency step"},
-    {StepKind::Buckle, schema::Step_Lin_Buckle, Span::LoadFactor, "a buckling step"},
-    {StepKind::HeatTransfer, schema::Step_Gen_HeatTransfer, Span::Time, "a heat transfer step"},
-    {StepKind::Coupled, schema::Step_Gen_CoupledTempDisplacement, Span::Time, "a coupled step"},
-    {StepKind::SteadyState, schema::Step_Lin_SteadyState, Span::Frequency, "a steady-state step"},
+    {StepKind::Unknown, schema::Step_Gen, FrameValue::Time, "a general step"},
+    {StepKind::Static, schema::Step_Gen_Static, FrameValue::Time, "a static step"},
+    {StepKind::Dynamic, schema::Step_Gen_DynamicImplicit, FrameValue::Time, "a dynamic step"},
+    {StepKind::Frequency, schema::Step_Lin_Frequency, FrameValue::Frequency, "a frequency step"},
+    {StepKind::Buckle, schema::Step_Lin_Buckle, FrameValue::LoadFactor, "a buckling step"},
+    {StepKind::HeatTransfer, schema::Step_Gen_HeatTransfer, FrameValue::Time,
+     "a heat transfer step"},
+    {StepKind::Coupled, schema::Step_Gen_CoupledTempDisplacement, FrameValue::Time,
+     "a coupled step"},
+    {StepKind::SteadyState, schema::Step_Lin_SteadyState, FrameValue::Frequency,
+     "a steady-state step"},
 };
 
 KindOfStep const& KindOf(StepKind kind) { return kKinds[static_cast<std::size_t>(kind)]; }
 
-struct TypeOfSpan {
-    int (*type)();
-    Span span;
-};
-
-// Steps that have no times; all others have.
-constexpr TypeOfSpan kSpans[] = {
-    {schema::Step_Lin_Frequency, Span::Frequency},
-    {schema::Step_Lin_ComplexFrequency, Span::Frequency},
-    {schema::Step_Lin_SteadyState, Span::Frequency},
-    {schema::Step_Lin_RandomResponse, Span::Frequency},
-    {schema::Step_Lin_Buckle, Span::LoadFactor},
-};
-
-Span SpanOf(KOVSimPosition const& step) {
-    for (TypeOfSpan const& row : kSpans) {
-        if (step.IsA(row.type())) return row.span;
-    }
-    return Span::Time;
-}
-
-char const* SpanText(Span span) {
-    switch (span) {
-        case Span::Time:
-            return "times";
-        case Span::Frequency:
-            return "frequencies";
-        case Span::LoadFactor:
-            break;
-    }
-    return "load factors";
-}
-
 bool Same(double a, double b) { return a == b || (std::isnan(a) && std::isnan(b)); }
-
-std::string NumberText(double number) {
-    char text[40];
-    std::snprintf(text, sizeof text, "%.17g", number);
-    return text;
-}
 
 // Only what oscillates or buckles has an eigenvalue: not the state that a buckling step begins at.
 bool IsMode(ResultFrame const& frame, KOVSimPosition const& step) {
-    Span const span = SpanOf(step);
-    if (span == Span::LoadFactor) return frame.increment > 0;
+    if (FrameValueOf(step) == FrameValue::LoadFactor) return frame.increment > 0;
     return step.IsA(schema::Step_Lin_Frequency()) || step.IsA(schema::Step_Lin_ComplexFrequency());
 }
 
@@ -115,8 +73,8 @@ ResultSteps::Values& ResultSteps::ValuesOf(int step) {
         int increment = 0;
         double value = 0.0;
         KOVSimDataRecord const record = (*frame).GetDataRecord();
-        record.GetInt(kIncrementField, increment);
-        record.GetDouble(kValueField, value);
+        record.GetInt(kFrameIncrement, increment);
+        record.GetDouble(kFrameValue, value);
         values.emplace(increment, value);
     }
     return values;
@@ -126,15 +84,14 @@ bool ResultSteps::Has(ResultFrame const& frame) {
     std::string const name = "step " + std::to_string(frame.step);
     int const steps = m_document.GetModel().GetVector(schema::Model_stepSequence()).Size();
     if (frame.step < 1 || frame.step - kMostMissing > steps) {
-        throw ResultFault(name + " comes where the model has " + std::to_string(steps) +
-                          (steps == 1 ? " step" : " steps"));
+        throw ResultFault(name + " comes where the model has " + CountText(steps, "step"));
     }
     KOVSimPosition const step = Step(frame.step);
     if (!step.IsNull() && frame.kind != StepKind::Unknown &&
-        SpanOf(step) != KindOf(frame.kind).span) {
+        FrameValueOf(step) != KindOf(frame.kind).value) {
         throw ResultFault(name + " is " + KindOf(frame.kind).text + ", and '" +
                           Shown(Plain(step.Name(-1))) + "' of the model has " +
-                          SpanText(SpanOf(step)));
+                          FrameValuesName(FrameValueOf(step)));
     }
     Values const& values = ValuesOf(frame.step);
     auto const there = values.find(frame.increment);
@@ -169,19 +126,19 @@ MadeFrame ResultSteps::Append(ResultFrame const& frame) {
         made.step = MakeStep(++steps == frame.step ? frame.kind : StepKind::Unknown);
     }
     KOVSimDataRecord const record = m_document.CreateDataRecord(schema::Frame());
-    record.SetInt(kIncrementField, frame.increment);
-    record.SetDouble(kValueField, frame.value);
-    record.SetDouble(kTotalTimeField, frame.totalTime);
-    if (!frame.text.empty()) record.SetString(kTextField, ToKOVString(frame.text));
+    record.SetInt(kFrameIncrement, frame.increment);
+    record.SetDouble(kFrameValue, frame.value);
+    record.SetDouble(kFrameTotalTime, frame.totalTime);
+    if (!frame.text.empty()) record.SetString(kFrameText, ToKOVString(frame.text));
     made.frame = record.Pos();
     made.step.GetVector(schema::Task_frames()).PushBack(made.frame);
 
-    Span const span = SpanOf(made.step);
-    if (span == Span::Time) AppendTime(made.step, frame.value);
-    if (span == Span::Frequency) AppendFrequency(made.step, frame.value);
+    FrameValue const value = FrameValueOf(made.step);
+    if (value == FrameValue::Time) AppendTime(made.step, frame.value);
+    if (value == FrameValue::Frequency) AppendFrequency(made.step, frame.value);
     if (IsMode(frame, made.step)) {
         double const angular = kTwoPi * frame.value;
-        AppendMode(made.step, span == Span::Frequency ? angular * angular : frame.value);
+        AppendMode(made.step, value == FrameValue::Frequency ? angular * angular : frame.value);
     }
     return made;
 }

@@ -14,8 +14,7 @@ namespace {
 
 double OwnTime(ResultStep const& step, FrameNumber const& number) {
     if (number.frame == 0) return std::numeric_limits<double>::quiet_NaN();
-    FrameHead const head =
-        DocumentResults::ReadFrame(step.frames[static_cast<std::size_t>(number.frame) - 1]);
+    FrameHead const head = DocumentResults::ReadFrame(step.Frame(number.frame));
     return step.value == FrameValue::Time ? head.totalTime : head.value;
 }
 
