@@ -11,7 +11,6 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <cstdint>
 #include <vector>
 
 #include "DataFields.h"
@@ -20,6 +19,7 @@
 #include "Keywords.h"
 #include "Names.h"
 #include "Nearest.h"
+#include "OrdinalRows.h"
 #include "References.h"
 
 namespace kov::tool {
@@ -30,86 +30,26 @@ using Result = FieldScanner::Result;
 constexpr char kForm[] = "ELEMENT OR ELEMENT SET, VALUE, ...";
 constexpr char kWords[] = "words such as LENGTH, ANGLE or COORD3D";
 constexpr long kBreath = 1 << 16;
-constexpr std::size_t kUnsorted = 8;
 
 int HighestOf(KOVSimCSet const& elements) { return static_cast<int>(elements.Bounds() >> 32); }
 int LowestOf(KOVSimCSet const& elements) { return static_cast<int>(elements.Bounds()); }
 
-// Rows of values on their way into the document, in the order of the deck.
-class Rows {
-  public:
-    explicit Rows(int columns)
-        : m_columns(static_cast<std::size_t>(columns)),
-          m_most(static_cast<std::size_t>(RowsInBlock(columns))) {}
-
-    // Blocks that overlap are stored in pieces, so that rows in any order are gathered for longer.
-    bool IsFull() const { return m_ordinals.size() >= (m_ascending ? m_most : kUnsorted * m_most); }
-    std::size_t Size() const { return m_ordinals.size(); }
-    int const* Ordinals() const { return m_ordinals.data(); }
-    double const* Values() const { return m_values.data(); }
-
-    void Add(int ordinal, int line, double const* values) {
-        m_ascending = m_ascending && (m_ordinals.empty() || ordinal > m_ordinals.back());
-        m_ordinals.push_back(ordinal);
-        m_lines.push_back(line);
-        m_values.insert(m_values.end(), values, values + m_columns);
-    }
-    void Clear() {
-        m_ordinals.clear();
-        m_lines.clear();
-        m_values.clear();
-        m_ascending = true;
-    }
-    /// By ascending ordinals, those of one ordinal by their lines.
-    void Sort();
-
-    /// Of the rows that give an element a further value that comes first in the deck.
-    struct Twice {
-        int line = 0;
-        int ordinal = 0;
-        int first = 0;  ///< line of the first value; 0 if it is in `before`
-    };
-    /// `before`: elements that had a value already. The rows are sorted, and there is one such row.
-    Twice FindTwice(KOVSimCSet const& before) const;
-
-  private:
-    std::size_t m_columns;
-    std::size_t m_most;
-    std::vector<int> m_ordinals;
-    std::vector<int> m_lines;
-    std::vector<double> m_values;
-    bool m_ascending = true;
+// Of the rows that give an element a further value that comes first in the deck.
+struct Twice {
+    int line = 0;
+    int ordinal = 0;
+    int first = 0;  // line of the first value; 0 if it is in `before`
 };
 
-void Rows::Sort() {
-    if (m_ascending) return;
-    // The ordinal above the place: lines ascend with the places already.
-    std::vector<std::uint64_t> order(m_ordinals.size());
-    for (std::size_t i = 0; i < order.size(); ++i) {
-        order[i] = static_cast<std::uint64_t>(m_ordinals[i]) << 32U | i;
-    }
-    std::sort(order.begin(), order.end());
-    std::vector<int> ordinals(order.size());
-    std::vector<int> lines(order.size());
-    std::vector<double> values(m_values.size());
-    for (std::size_t i = 0; i < order.size(); ++i) {
-        std::size_t const from = order[i] & 0xffffffffU;
-        ordinals[i] = m_ordinals[from];
-        lines[i] = m_lines[from];
-        std::copy_n(m_values.data() + from * m_columns, m_columns, values.data() + i * m_columns);
-    }
-    m_ordinals.swap(ordinals);
-    m_lines.swap(lines);
-    m_values.swap(values);
-}
-
-Rows::Twice Rows::FindTwice(KOVSimCSet const& before) const {
+// `before`: elements that had a value already. The rows are sorted, and there is one such row.
+Twice FindTwice(OrdinalRows const& rows, KOVSimCSet const& before) {
     Twice found;
-    for (std::size_t i = 0; i < m_ordinals.size(); ++i) {
-        bool const again = i > 0 && m_ordinals[i] == m_ordinals[i - 1];
-        if (!again && !before.Contains(m_ordinals[i])) continue;
-        if (found.line == 0 || m_lines[i] < found.line) {
-            found = {m_lines[i], m_ordinals[i], again ? m_lines[i - 1] : 0};
+    std::vector<int> const& ordinals = rows.Ordinals();
+    for (std::size_t i = 0; i < ordinals.size(); ++i) {
+        bool const again = i > 0 && ordinals[i] == ordinals[i - 1];
+        if (!again && !before.Contains(ordinals[i])) continue;
+        if (found.line == 0 || rows.Line(i) < found.line) {
+            found = {rows.Line(i), ordinals[i], again ? rows.Line(i - 1) : 0};
         }
     }
     return found;
@@ -249,23 +189,23 @@ class ValueReader {
         NamedDistribution& distribution = m_distribution;
         int const count = static_cast<int>(m_rows.Size());
         KOVSimCSet const block = m_translation.Model().ElementCollection().CreateVolatileCSet(
-            m_rows.Ordinals(), count, false);
+            m_rows.Ordinals().data(), count, false);
         KOVSimCSet const& before = distribution.elements;
         bool const behind = before.IsEmpty() || LowestOf(block) > HighestOf(before);
         if (block.Size() != count || (!behind && !before.Intersection(block).IsEmpty())) {
-            FailTwice(reader, m_rows.FindTwice(before));
+            FailTwice(reader, FindTwice(m_rows, before));
         }
         WriteRows(distribution, block, m_columns, m_rows.Values());
-        double lowest = before.IsEmpty() ? m_rows.Values()[0] : distribution.lowest;
+        double lowest = before.IsEmpty() ? *m_rows.Values() : distribution.lowest;
         for (std::size_t i = 0; i < m_rows.Size(); ++i) {
-            lowest = std::min(lowest, m_rows.Values()[i * m_row.size()]);
+            lowest = std::min(lowest, *m_rows.Values(i));
         }
         distribution.lowest = lowest;
         distribution.elements = before.IsEmpty() ? block : before.Union(block);
         m_rows.Clear();
     }
 
-    [[noreturn]] void FailTwice(DeckReader const& reader, Rows::Twice const& twice) {
+    [[noreturn]] void FailTwice(DeckReader const& reader, Twice const& twice) {
         Scope const& scope = m_translation.AllScopes().OfElement(twice.ordinal);
         int const first = twice.first > 0 ? twice.first : FindLine(reader, twice.ordinal);
         reader.FailAt(
@@ -298,7 +238,7 @@ class ValueReader {
     Translation& m_translation;
     NamedDistribution& m_distribution;
     int m_columns;
-    Rows m_rows;
+    OrdinalRows m_rows;
     std::vector<double> m_row;
     ScopedName m_name;
 };

@@ -13,17 +13,18 @@
 #include <charconv>
 #include <map>
 #include <memory>
-#include <numeric>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "AscendingSets.h"
 #include "ConditionTable.h"
 #include "DataFields.h"
 #include "Interrupt.h"
 #include "Keywords.h"
 #include "Names.h"
 #include "ObjectContent.h"
+#include "OrdinalRows.h"
 
 namespace kov::tool {
 namespace {
@@ -32,30 +33,13 @@ using Number = ConditionKind::Number;
 using Result = FieldScanner::Result;
 
 constexpr long kBreath = 1 << 16;
-constexpr std::size_t kUnsorted = 8;
 constexpr int kMostDofs = 6;
 constexpr int kMostVariables = 1000;
 
 // Values by label on their way into the document: those of one kind and number.
 struct LabelRows {
-    ConditionEntry* entry = nullptr;
-    std::vector<int> ordinals;
-    std::vector<int> lines;
-    std::vector<double> values;
-    bool ascending = true;
-
-    void Add(int ordinal, int line, double const* row, std::size_t columns) {
-        ascending = ascending && (ordinals.empty() || ordinal > ordinals.back());
-        ordinals.push_back(ordinal);
-        lines.push_back(line);
-        values.insert(values.end(), row, row + columns);
-    }
-    void Clear() {
-        ordinals.clear();
-        lines.clear();
-        values.clear();
-        ascending = true;
-    }
+    ConditionEntry* entry;
+    OrdinalRows rows;
 };
 
 // One keyword.
@@ -84,7 +68,7 @@ class ConditionReader {
             }
             if (lines % kBreath == 0) m_translation.Breathe(reader);
         }
-        for (auto& [number, rows] : m_block->rows) Write(reader, rows);
+        for (auto& [number, of] : m_block->rows) Write(reader, of);
     }
 
   private:
@@ -195,111 +179,88 @@ class ConditionReader {
                         std::to_string(m_block->columns) +
                         "; expected the same count in all lines with labels");
         }
-        LabelRows& rows = m_block->rows[number];
-        if (rows.entry == nullptr) {
-            rows.entry = &MakeEntry(reader, number, reader.LineNumber());
-            rows.entry->data = m_block->data;
-            rows.entry->field = MakeTableField(m_translation.Model().Document(), columns,
-                                               m_translation.Model().Collection(m_entity).ID());
+        auto const [at, isNew] =
+            m_block->rows.try_emplace(number, LabelRows{nullptr, OrdinalRows(columns)});
+        LabelRows& of = at->second;
+        if (isNew) {
+            of.entry = &MakeEntry(reader, number, reader.LineNumber());
+            of.entry->data = m_block->data;
+            of.entry->field = MakeTableField(m_translation.Model().Document(), columns,
+                                             m_translation.Model().Collection(m_entity).ID());
         }
-        rows.Add(ordinal, reader.LineNumber(), m_values.data(), m_values.size());
-        // Blocks that overlap are stored in pieces, so that rows in any order are gathered longer.
-        auto const most = static_cast<std::size_t>(RowsInBlock(columns));
-        if (rows.ordinals.size() >= (rows.ascending ? most : kUnsorted * most)) Write(reader, rows);
+        of.rows.Add(ordinal, reader.LineNumber(), m_values.data());
+        if (of.rows.IsFull()) Write(reader, of);
     }
 
     // ---- writing ----
 
-    void Write(DeckReader const& reader, LabelRows& rows) {
-        if (rows.ordinals.empty()) return;
+    void Write(DeckReader const& reader, LabelRows& of) {
+        if (of.rows.Size() == 0) return;
         ThrowIfInterrupted();
-        Sort(rows);
-        DropRepeated(reader, rows);
-        if (!rows.ordinals.empty()) {
-            ConditionEntry& entry = *rows.entry;
-            KOVSimCSet const block = SetOf(rows);
-            WriteRows(entry.field, block, entry.columns, rows.values.data());
+        of.rows.Sort();
+        DropRepeated(reader, of);
+        if (of.rows.Size() > 0) {
+            ConditionEntry& entry = *of.entry;
+            KOVSimCSet const block = Members(of);
+            WriteRows(entry.field, block, entry.columns, of.rows.Values());
             entry.members = entry.members.IsEmpty() ? block : entry.members.Union(block);
         }
-        rows.Clear();
+        of.rows.Clear();
     }
 
-    KOVSimCSet SetOf(LabelRows const& rows) {
-        return m_translation.Model().Collection(m_entity).CreateVolatileCSet(
-            rows.ordinals.data(), static_cast<int>(rows.ordinals.size()), false);
-    }
-
-    static void Keep(LabelRows& rows, std::vector<std::size_t> const& places, int columns) {
-        LabelRows kept;
-        kept.entry = rows.entry;
-        for (std::size_t const at : places) {
-            kept.Add(rows.ordinals[at], rows.lines[at],
-                     rows.values.data() + at * static_cast<std::size_t>(columns),
-                     static_cast<std::size_t>(columns));
-        }
-        rows = std::move(kept);
-    }
-
-    // By ascending ordinals; those of one ordinal by their lines.
-    static void Sort(LabelRows& rows) {
-        if (rows.ascending) return;
-        std::vector<std::size_t> places(rows.ordinals.size());
-        std::iota(places.begin(), places.end(), std::size_t{0});
-        std::stable_sort(places.begin(), places.end(), [&rows](std::size_t a, std::size_t b) {
-            return rows.ordinals[a] < rows.ordinals[b];
-        });
-        Keep(rows, places, rows.entry->columns);
+    KOVSimCSet Members(LabelRows const& of) {
+        return SetOf(m_translation.Model().Collection(m_entity), of.rows.Ordinals());
     }
 
     // Leaves rows out whose ordinal has the same values already. Throws where they differ.
-    void DropRepeated(DeckReader const& reader, LabelRows& rows) {
-        ConditionEntry const& entry = *rows.entry;
+    void DropRepeated(DeckReader const& reader, LabelRows& of) {
+        ConditionEntry const& entry = *of.entry;
+        OrdinalRows& rows = of.rows;
         std::vector<std::size_t> places;
-        for (std::size_t i = 0; i < rows.ordinals.size(); ++i) {
-            if (i == 0 || rows.ordinals[i] != rows.ordinals[i - 1]) {
+        for (std::size_t i = 0; i < rows.Size(); ++i) {
+            if (i == 0 || rows.Ordinals()[i] != rows.Ordinals()[i - 1]) {
                 places.push_back(i);
-            } else if (!Same(rows, i, RowOf(rows, places.back()))) {
-                FailTwice(reader, rows, i, rows.lines[places.back()]);
+            } else if (!Same(of, i, rows.Values(places.back()))) {
+                FailTwice(reader, of, i, rows.Line(places.back()));
             }
         }
-        if (places.size() < rows.ordinals.size()) Keep(rows, places, entry.columns);
+        if (places.size() < rows.Size()) rows.Keep(places);
         if (entry.members.IsEmpty()) return;
-        KOVSimCSet const again = SetOf(rows).Intersection(entry.members);
+        KOVSimCSet const again = Members(of).Intersection(entry.members);
         if (again.IsEmpty()) return;
         std::vector<double> before;
         ReadConditionValues(entry, again, before);
         places.clear();
-        std::size_t place = 0;
-        for (std::size_t i = 0; i < rows.ordinals.size(); ++i) {
-            if (!again.Contains(rows.ordinals[i])) {
+        double const* value = before.data();
+        for (std::size_t i = 0; i < rows.Size(); ++i) {
+            int const ordinal = rows.Ordinals()[i];
+            if (!again.Contains(ordinal)) {
                 places.push_back(i);
-            } else if (!Same(rows, i, before.data() + place++ * Columns(entry))) {
-                FailTwice(reader, rows, i,
-                          FindConditionLine(m_translation.Files(), m_translation.Sections().files,
-                                            m_translation.AllScopes(), entry, rows.ordinals[i]));
+                continue;
             }
+            if (!Same(of, i, value)) {
+                FailTwice(reader, of, i,
+                          FindConditionLine(m_translation.Files(), m_translation.Sections().files,
+                                            m_translation.AllScopes(), entry, ordinal));
+            }
+            value += entry.columns;
         }
-        Keep(rows, places, entry.columns);
+        rows.Keep(places);
     }
 
-    static std::size_t Columns(ConditionEntry const& entry) {
-        return static_cast<std::size_t>(entry.columns);
-    }
-    static double const* RowOf(LabelRows const& rows, std::size_t i) {
-        return rows.values.data() + i * Columns(*rows.entry);
-    }
-    static bool Same(LabelRows const& rows, std::size_t i, double const* values) {
-        return std::equal(values, values + Columns(*rows.entry), RowOf(rows, i));
+    static bool Same(LabelRows const& of, std::size_t row, double const* values) {
+        return std::equal(values, values + of.entry->columns, of.rows.Values(row));
     }
 
-    [[noreturn]] void FailTwice(DeckReader const& reader, LabelRows const& rows, std::size_t i,
+    [[noreturn]] void FailTwice(DeckReader const& reader, LabelRows const& of, std::size_t row,
                                 int first) const {
-        reader.FailAt(rows.lines[i],
-                      "a second initial " + ConditionText(Kind(), rows.entry->number) + " of " +
-                          ShownOrdinal(m_translation.AllScopes(), m_entity, rows.ordinals[i]) +
-                          (first > 0 ? ", which differs from that of line " + std::to_string(first)
-                                     : std::string()) +
-                          "; expected one");
+        reader.FailAt(
+            of.rows.Line(row),
+            "a second initial " + ConditionText(Kind(), of.entry->number) + " of " +
+                ShownOrdinal(m_translation.AllScopes(), m_entity, of.rows.Ordinals()[row]) +
+                (first > 0 ? ", which differs from that of line " + std::to_string(first)
+                           : std::string()) +
+                "; expected one");
     }
 
     Translation& m_translation;
