@@ -24,7 +24,7 @@ namespace {
 using Place = std::array<double, 3>;
 using tool::IntegrationPoints;
 
-enum class Parent { Line, Triangle, Quad, Tetra, Wedge, Hexahedron };
+enum class Parent { Line, Triangle, Quad, Tetra, Pyramid, Wedge, Hexahedron };
 
 struct Sample {
     char const* type;
@@ -36,11 +36,11 @@ struct Sample {
 constexpr Sample kSamples[] = {
     {"C3D8", Parent::Hexahedron, 8},   {"C3D20R", Parent::Hexahedron, 8},
     {"C3D20", Parent::Hexahedron, 27}, {"C3D4", Parent::Tetra, 4},
-    {"C3D10", Parent::Tetra, 4},       {"C3D6", Parent::Wedge, 6},
-    {"C3D15", Parent::Wedge, 9},       {"S4", Parent::Quad, 4},
-    {"S8R", Parent::Quad, 9},          {"S3", Parent::Triangle, 3},
-    {"STRI65", Parent::Triangle, 3},   {"T3D2", Parent::Line, 2},
-    {"B32", Parent::Line, 3},
+    {"C3D10", Parent::Tetra, 4},       {"C3D5", Parent::Pyramid, 5},
+    {"C3D6", Parent::Wedge, 6},        {"C3D15", Parent::Wedge, 9},
+    {"S4", Parent::Quad, 4},           {"S8R", Parent::Quad, 9},
+    {"S3", Parent::Triangle, 3},       {"STRI65", Parent::Triangle, 3},
+    {"T3D2", Parent::Line, 2},         {"B32", Parent::Line, 3},
 };
 
 // How much each corner counts at a place of the parent element.
@@ -57,6 +57,12 @@ std::vector<double> Weights(Parent parent, Place const& at) {
             return {a * c, b * c, b * d, a * d};
         case Parent::Tetra:
             return {1 - x - y - z, x, y, z};
+        case Parent::Pyramid: {
+            double const h = 1 - z;
+            if (h == 0) return {0, 0, 0, 0, 1};
+            return {(h - x) * (h - y) / (4 * h), (h + x) * (h - y) / (4 * h),
+                    (h + x) * (h + y) / (4 * h), (h - x) * (h + y) / (4 * h), z};
+        }
         case Parent::Wedge:
             return {(1 - x - y) * e, x * e, y * e, (1 - x - y) * f, x * f, y * f};
         case Parent::Hexahedron:

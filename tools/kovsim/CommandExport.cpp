@@ -55,7 +55,8 @@ struct File {
 
 struct Done {
     VtuExportSummary mesh;
-    std::vector<std::string> arrays;  ///< of fields, over all files
+    std::vector<std::string> arrays;      ///< of fields, over all files
+    std::vector<std::string> fromPoints;  ///< of them, those carried from integration points
     std::vector<std::string> notes;
 };
 
@@ -126,6 +127,15 @@ void NameFiles(std::vector<File>& files, std::string const& stem) {
 
 // ------------------------------------------------------------------------------------- writing
 
+// No file says how its solver numbers the points, and another order gives other numbers at nodes.
+std::string PointsNote(std::vector<std::string> const& arrays) {
+    std::string names;
+    for (std::string const& array : arrays) names += (names.empty() ? "" : ", ") + NameText(array);
+    return names +
+           " carried from integration points, whose numbers are taken to run along the first "
+           "direction of an element fastest, and from corner to corner of triangles and tetrahedra";
+}
+
 class Exporter {
   public:
     Exporter(KOVObjDocument const& document, DocumentResults& results, Options const& options,
@@ -151,11 +161,13 @@ class Exporter {
             arrays.AddTo(out);
         });
         AddNew(m_done.arrays, arrays.Names());
+        AddNew(m_done.fromPoints, arrays.NamesFromPoints());
         AddNew(m_done.notes, arrays.Notes());
         ++m_written;
     }
     Done Finish() {
         m_progress.Clear();
+        if (!m_done.fromPoints.empty()) m_done.notes.push_back(PointsNote(m_done.fromPoints));
         return m_done;
     }
 

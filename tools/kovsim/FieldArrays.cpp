@@ -86,6 +86,14 @@ std::vector<std::string> FieldArrays::Names() const {
     return names;
 }
 
+std::vector<std::string> FieldArrays::NamesFromPoints() const {
+    std::vector<std::string> names;
+    for (auto const& carried : m_carried) {
+        if (carried->points) names.push_back(carried->name);
+    }
+    return names;
+}
+
 std::vector<std::string> FieldArrays::Notes() const {
     std::vector<std::string> notes = m_notes;
     for (auto const& carried : m_carried) {
@@ -98,7 +106,6 @@ std::vector<std::string> FieldArrays::Notes() const {
 }
 
 void FieldArrays::AddTo(VtuWriter& file) {
-    std::vector<std::string> carriedOver;
     for (auto const& each : m_carried) {
         Carried const& carried = *each;
         bool const isCell = carried.group == VtuGroup::CellData;
@@ -112,7 +119,6 @@ void FieldArrays::AddTo(VtuWriter& file) {
         }
         std::int64_t const bytes =
             std::int64_t{8} * static_cast<std::int64_t>(space) * std::int64_t{width};
-        if (carried.points) carriedOver.push_back(carried.name);
         file.Add(
             carried.group, carried.name, "Float64", width, bytes,
             [this, &carried, space](VtuWriter& out) {
@@ -120,6 +126,7 @@ void FieldArrays::AddTo(VtuWriter& file) {
             },
             labels);
     }
+    std::vector<std::string> const carriedOver = NamesFromPoints();
     if (!carriedOver.empty()) file.AddTexts("CarriedFromIntegrationPoints", carriedOver);
 }
 

@@ -43,6 +43,8 @@ class FieldArrays {
     void AddTo(VtuWriter& file);
     /// The names of the arrays.
     std::vector<std::string> Names() const;
+    /// Those whose values were at integration points.
+    std::vector<std::string> NamesFromPoints() const;
     /// What is not carried, and why; complete once the file is written.
     std::vector<std::string> Notes() const;
 
