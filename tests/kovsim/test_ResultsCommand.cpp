@@ -1,13 +1,20 @@
 // `kovsim results`: files of results on their way into a document.
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
+#include <chrono>
+#include <csignal>
 #include <filesystem>
 #include <string>
+#include <vector>
 
 #include "CommandFixture.h"
 #include "FrdText.h"
+#include "KOVSimSchema.h"
+#include "KOVSimSet.h"
 #include "ResultSamples.h"
+#include "zdm_ComponentSymbols.h"
 
 namespace kov::test {
 namespace {
@@ -73,6 +80,24 @@ TEST_F(ResultsCommand, TellsWhatItAdded) {
     EXPECT_EQ(work.Run({"verify", "m.ksd"}).status, 0);
 }
 
+TEST_F(ResultsCommand, LongNamesWidenTheColumn) {
+    FrdText frd;
+    frd.Header(1, 1, "1.", 1).Scalar("ENER", "ENER").Row(10, {"2."}).EndRows();
+    frd.Header(1, 1, "1.", 1).Scalar("NDTEMP", "T").Row(10, {"3."}).EndRows();
+    WriteFile(work / "r.frd", frd.End());
+    std::string const output = Ask({"--add", "r.frd"}).output;
+    std::string const expected =
+        "r.frd -> m.ksd\n"
+        "steps made                                  1\n"
+        "frames added                                1\n"
+        "fields                                      2\n"
+        "  SENER as STRAIN_ENERGY_DENSITY            1\n"
+        "  NT as NT                                  1\n"
+        "values                                      2\n"
+        "seconds";
+    EXPECT_EQ(output.substr(0, expected.size()), expected);
+}
+
 TEST_F(ResultsCommand, TellsItAsJson) {
     WriteFile(work / "r.frd", Frames(2, {10, 99}).End());
     Workshop::Result const result = Ask({"--add", "r.frd", "--json", "--skip-unknown"});
@@ -106,6 +131,46 @@ TEST_F(ResultsCommand, AGrowingFileIsAddedAgainAndAgainAndReadersSeeEachFrame) {
         EXPECT_EQ(values[34][0][2], 30.0 * count);
     }
     reader.Close();
+}
+
+// While another process adds frames this one sees them, whole, before that process ends.
+TEST_F(ResultsCommand, ReadersSeeWholeFramesWhileOthersAreAddedAndAnInterruptLeavesThem) {
+    constexpr int kFrames = 4000;
+    WriteFile(work / "r.frd", Frames(kFrames).End());
+    KOVObjDocument const reader =
+        KOVObjDocument::Open((work / "m.ksd").c_str(), KOVObjDocument::ReadOnly);
+    auto const seen = [&] {
+        reader.Refresh();
+        std::vector<KOVSimPosition> const steps = ResultLook(reader).Steps();
+        return steps.empty() ? std::vector<KOVSimPosition>() : ResultLook::Frames(steps[0]);
+    };
+    Process process(work.Folder(), {"results", "m.ksd", "--add", "r.frd"});
+    std::size_t frames = 0;
+    int times = 0;  // that there were more
+    auto const end = std::chrono::steady_clock::now() + std::chrono::seconds(60);
+    while (times < 3 && std::chrono::steady_clock::now() < end) {
+        std::vector<KOVSimPosition> const now = seen();
+        if (now.size() == frames) continue;
+        EXPECT_GT(now.size(), frames);
+        frames = now.size();
+        ++times;
+        EXPECT_EQ(now.back().GetSet(schema::Frame_fields()).Size(), 2);
+        for (char const* const name : {"NT", "ERROR"}) {
+            FieldValues values = ResultLook::Values(ResultLook::Field(now.back(), name));
+            EXPECT_EQ(values[zdm_Component_C_SCALAR][0][2], 30.0 * static_cast<double>(frames));
+        }
+    }
+    process.Signal(SIGTERM);
+    EXPECT_EQ(process.Wait(), 1000 + SIGTERM);
+    EXPECT_EQ(times, 3);
+    std::size_t const left = seen().size();
+    reader.Close();
+    EXPECT_GE(left, frames);
+    EXPECT_LT(left, static_cast<std::size_t>(kFrames));
+    EXPECT_NE(process.Errors().find("; " + std::to_string(left) + " frames were added before"),
+              std::string::npos)
+        << process.Errors();
+    EXPECT_EQ(work.Run({"verify", "m.ksd"}).status, 0);
 }
 
 TEST_F(ResultsCommand, SeveralFilesAreAddedInTheirOrder) {
@@ -159,6 +224,9 @@ TEST_F(ResultsCommand, WhatCannotBeOpenedIsTold) {
     EXPECT_EQ(Failure({"--add", "x.frd"}).substr(0, 46),
               "kovsim: x.frd: is no file of results; expected");
     EXPECT_EQ(Failure({"--add", "empty.frd"}).substr(0, 35), "kovsim: empty.frd: is empty; expect");
+    ASSERT_EQ(mkfifo((work / "pipe.frd").c_str(), 0600), 0);
+    EXPECT_EQ(Failure({"--add", "pipe.frd"}),
+              "kovsim: pipe.frd: is a pipe or a device; expected a file\n");
     EXPECT_NE(Failure({}).find("--add is required"), std::string::npos);
     Workshop::Result const result = work.Run({"results", "none.ksd", "--add", "r.frd"});
     EXPECT_EQ(result.status, 2);

@@ -1,6 +1,7 @@
 // kovsim results MODEL.ksd --add FILE...
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <memory>
@@ -126,25 +127,48 @@ std::string SkippedText(ResultVariable const& variable) {
     return text + "\n";
 }
 
+// Names and counts, in two columns of which the first is as wide as the longest name wants.
+class CountLines {
+  public:
+    explicit CountLines(ResultSummary const& summary) {
+        for (ResultVariable const& variable : summary.variables) {
+            std::size_t const length = LetterCount(NameOf(variable));
+            if (length <= Columns::kWidest) m_width = std::max(m_width, length);
+        }
+    }
+
+    static std::string NameOf(ResultVariable const& variable) {
+        return "  " + Shown(variable.label) + " as " + FieldNames(variable);
+    }
+    std::string Line(std::string const& name, std::string const& count) const {
+        std::size_t const behind = m_width - std::min(m_width, LetterCount(name));
+        std::size_t const before = kCount - std::min(kCount, count.size());
+        return name + std::string(behind + 1 + before, ' ') + count + "\n";
+    }
+    std::string Line(std::string const& name, long long count) const {
+        return Line(name, std::to_string(count));
+    }
+
+  private:
+    static constexpr std::size_t kCount = 12;
+    std::size_t m_width = 24;
+};
+
 std::string PlainSummary(Options const& options, ResultSummary const& summary, double seconds) {
     Totals const totals = TotalsOf(summary);
     std::string text;
     for (std::string const& file : options.files) text += file + " -> " + options.document + "\n";
-    auto const line = [&text](char const* name, long long count) {
-        char row[160];
-        std::snprintf(row, sizeof row, "%-24s %12lld\n", name, count);
-        text += row;
-    };
-    line("steps made", summary.stepsMade);
-    line("frames added", summary.framesAdded);
-    if (summary.framesThere > 0) line("frames already there", summary.framesThere);
-    line("fields", totals.fields);
+    CountLines const lines(summary);
+    text += lines.Line("steps made", summary.stepsMade);
+    text += lines.Line("frames added", summary.framesAdded);
+    if (summary.framesThere > 0) text += lines.Line("frames already there", summary.framesThere);
+    text += lines.Line("fields", totals.fields);
     for (ResultVariable const& variable : summary.variables) {
-        std::string const name = "  " + Shown(variable.label) + " as " + FieldNames(variable);
-        line(name.c_str(), static_cast<long long>(variable.fields) *
+        text += lines.Line(CountLines::NameOf(variable),
+                           static_cast<long long>(variable.fields) *
                                static_cast<long long>(variable.targets.size()));
     }
-    line("values", totals.values);
+    text += lines.Line("values", totals.values);
     for (ResultVariable const& variable : summary.variables) {
         if (variable.skipped > 0) text += SkippedText(variable);
         if (IsKnown(variable)) continue;
@@ -152,9 +176,9 @@ std::string PlainSummary(Options const& options, ResultSummary const& summary, d
                 "name" + NearestHint(NearestVariables(variable.label)) + "\n";
     }
     for (std::string const& note : summary.notes) text += note + "\n";
-    char row[80];
-    std::snprintf(row, sizeof row, "%-24s %12.2f\n", "seconds", seconds);
-    return text + row;
+    char taken[40];
+    std::snprintf(taken, sizeof taken, "%.2f", seconds);
+    return text + lines.Line("seconds", taken);
 }
 
 // What stands in the document when the work ends before its time.

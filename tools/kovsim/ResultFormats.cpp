@@ -34,8 +34,16 @@ constexpr ResultFormat kFormats[] = {
     throw Failure(path + ": " + what + ": " + std::generic_category().message(errno));
 }
 
+// A pipe gives its bytes once, and would be waited for; a file is opened again by its source.
+void RefusePipes(std::string const& path) {
+    struct stat found = {};
+    if (stat(path.c_str(), &found) != 0 || S_ISREG(found.st_mode) || S_ISDIR(found.st_mode)) return;
+    throw Failure(path + ": is a pipe or a device; expected a file");
+}
+
 // The first bytes of the file.
 std::string StartOf(std::string const& path) {
+    RefusePipes(path);
     std::FILE* const file = std::fopen(path.c_str(), "rbe");
     if (file == nullptr) FailSystem(path, "cannot be opened");
     char start[16];
