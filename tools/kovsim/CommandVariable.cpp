@@ -2,10 +2,8 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
-#include <cstring>
 #include <memory>
 #include <string>
-#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -15,11 +13,12 @@
 #include "KOVObjDocument.h"
 #include "KOVSimPosition.h"
 #include "KOVSrvFieldServices.h"
-#include "KOVSrvVariableMap.h"
 #include "Keywords.h"
 #include "Names.h"
 #include "Nearest.h"
+#include "ResultVariables.h"
 #include "SchemaTypes.h"
+#include "VariableRows.h"
 
 namespace kov::tool {
 namespace {
@@ -45,15 +44,6 @@ struct Variable {
     std::vector<std::string> fieldLabels;      ///< labels that stand for the whole field
     std::vector<std::string> componentLabels;  ///< labels of its components
 };
-
-template <class Visit>
-void ForEachRow(Visit&& visit) {
-    for (int i = 0;; ++i) {
-        KOVSrvVariableMapEntry const& row = *KOVSrvVariableMap::GetEntry(i);
-        if (row.label == nullptr) return;
-        visit(row);
-    }
-}
 
 bool IsLabel(std::string const& label) {
     return KOVSrvFieldServices::GetGridTypeFromVariableLabel(ToKOVString(label), false) != -1;
@@ -82,7 +72,7 @@ Variable LookUp(std::string const& label) {
         int const second = KOVSrvFieldServices::GetComponent(text, true);
         if (second != first) variable.components.push_back(NamedComponent(document, second));
     }
-    ForEachRow([&variable](KOVSrvVariableMapEntry const& row) {
+    ForEachVariableRow([&variable](KOVSrvVariableMapEntry const& row) {
         if (variable.field != row.fieldName) return;
         AddOnce(
             row.component == zdm_Component_NONE ? variable.fieldLabels : variable.componentLabels,
@@ -95,25 +85,15 @@ Variable LookUp(std::string const& label) {
     return variable;
 }
 
-std::vector<std::string> NearestLabels(std::string const& label) {
-    NearestSearch search(label);
-    char const* last = "";
-    ForEachRow([&](KOVSrvVariableMapEntry const& row) {
-        if (std::strcmp(last, row.label) != 0) search.Look(row.label);
-        last = row.label;
-    });
-    return search.Names();
-}
-
 // Labels of the field of that name, where a label was asked for.
 std::vector<std::string> LabelsOfField(std::string const& field) {
     std::vector<std::string> labels;
-    ForEachRow([&](KOVSrvVariableMapEntry const& row) {
+    ForEachVariableRow([&](KOVSrvVariableMapEntry const& row) {
         if (field == row.fieldName && row.component == zdm_Component_NONE)
             AddOnce(labels, row.label);
     });
     if (!labels.empty()) return labels;
-    ForEachRow([&](KOVSrvVariableMapEntry const& row) {
+    ForEachVariableRow([&](KOVSrvVariableMapEntry const& row) {
         if (field == row.fieldName) AddOnce(labels, row.label);
     });
     return labels;
@@ -194,7 +174,7 @@ std::string JsonText(Options const& options, Variable const& variable) {
 int Unknown(Options const& options) {
     std::vector<std::string> const ofField = LabelsOfField(options.label);
     std::vector<std::string> const nearest =
-        ofField.empty() ? NearestLabels(options.label) : std::vector<std::string>();
+        ofField.empty() ? NearestVariables(options.label) : std::vector<std::string>();
     if (options.json) {
         Json json;
         json.BeginObject().Member("asked", options.label).Key("label").Null().Key("field").Null();

@@ -4,7 +4,9 @@
 #include <charconv>
 #include <cstring>
 
-#include "KOVSrvVariableMap.h"
+#include "Keywords.h"
+#include "Names.h"
+#include "VariableRows.h"
 
 namespace kov::tool {
 
@@ -108,15 +110,6 @@ constexpr Stem kStems[] = {
 
 bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 bool IsSeparator(char c) { return kSeparators.find(c) != std::string_view::npos; }
-char Lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
-char Upper(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; }
-
-template <class Change>
-std::string Changed(std::string_view text, Change change) {
-    std::string result(text);
-    std::transform(result.begin(), result.end(), result.begin(), change);
-    return result;
-}
 
 StyleTable const& TableOf(ExodusStyle style) { return kStyles[static_cast<std::size_t>(style)]; }
 
@@ -151,7 +144,7 @@ std::optional<ExodusComponent> FindDigits(std::string_view name, StyleTable cons
 std::optional<ExodusComponent> FindLetters(std::string_view name, StyleTable const& table) {
     for (Term const& term : table.terms) {
         std::string_view const lower = term.letters;
-        std::string const upper = Changed(lower, Upper);
+        std::string const upper = UpperCase(term.letters);
         bool const small = name.ends_with(lower);
         if (!small && !name.ends_with(upper)) continue;
         auto found = Before(name, lower.size(), small ? "x" : "X", term.term);
@@ -166,23 +159,19 @@ std::optional<ExodusComponent> FindLetters(std::string_view name, StyleTable con
 
 // What the variable map says of the label of a whole field.
 std::optional<ExodusKnown> FindInMap(std::string const& label) {
-    std::optional<ExodusKnown> known;
-    for (int i = 0; KOVSrvVariableMap::GetEntry(i)->label != nullptr && !known; ++i) {
-        KOVSrvVariableMapEntry const& row = *KOVSrvVariableMap::GetEntry(i);
-        if (row.component == zdm_Component_NONE && label == row.label) {
-            known = ExodusKnown{label, ExodusRank::Scalar, row.fieldName};
-        }
-    }
-    if (!known) return known;
+    auto const* const whole = FindVariableRow([&](KOVSrvVariableMapEntry const& row) {
+        return row.component == zdm_Component_NONE && label == row.label;
+    });
+    if (whole == nullptr) return std::nullopt;
+    ExodusKnown known{label, ExodusRank::Scalar, whole->fieldName};
     std::string const vector = label + "1", tensor = label + "11";
-    for (int i = 0; KOVSrvVariableMap::GetEntry(i)->label != nullptr; ++i) {
-        KOVSrvVariableMapEntry const& row = *KOVSrvVariableMap::GetEntry(i);
-        if (row.component == zdm_Component_NONE || known->field != row.fieldName) continue;
-        if (tensor == row.label) known->rank = ExodusRank::Tensor;
-        if (vector == row.label && known->rank == ExodusRank::Scalar) {
-            known->rank = ExodusRank::Vector;
+    ForEachVariableRow([&](KOVSrvVariableMapEntry const& row) {
+        if (row.component == zdm_Component_NONE || known.field != row.fieldName) return;
+        if (tensor == row.label) known.rank = ExodusRank::Tensor;
+        if (vector == row.label && known.rank == ExodusRank::Scalar) {
+            known.rank = ExodusRank::Vector;
         }
-    }
+    });
     return known;
 }
 
@@ -218,7 +207,7 @@ std::optional<ExodusPoint> FindExodusPoint(std::string_view name, bool marked) {
     std::size_t marker = 0;
     if (marked) {
         if (!rest.empty() && IsSeparator(rest.back())) rest.remove_suffix(1);
-        std::string const lower = Changed(rest, Lower);
+        std::string const lower = LowerCase(rest);
         for (char const* text : kPointMarkers) {
             if (lower.ends_with(text)) marker = std::strlen(text);
         }
@@ -228,13 +217,12 @@ std::optional<ExodusPoint> FindExodusPoint(std::string_view name, bool marked) {
     if (rest.size() < 2 || !IsSeparator(rest.back())) return std::nullopt;
     rest.remove_suffix(1);
     point.rest = rest;
-    point.form =
-        Changed(name.substr(rest.size(), name.size() - digits.size() - rest.size()), Lower);
+    point.form = LowerCase(name.substr(rest.size(), name.size() - digits.size() - rest.size()));
     return point;
 }
 
 std::optional<ExodusKnown> FindExodusKnown(std::string_view stem, bool elements) {
-    std::string const lower = Changed(stem, Lower);
+    std::string const lower = LowerCase(stem);
     auto const row = std::find_if(std::begin(kStems), std::end(kStems),
                                   [&](Stem const& entry) { return lower == entry.stem; });
     if (row == std::end(kStems)) return FindInMap(std::string(stem));
@@ -244,10 +232,8 @@ std::optional<ExodusKnown> FindExodusKnown(std::string_view stem, bool elements)
 }
 
 bool IsVariableLabel(std::string_view name) {
-    for (int i = 0; KOVSrvVariableMap::GetEntry(i)->label != nullptr; ++i) {
-        if (name == KOVSrvVariableMap::GetEntry(i)->label) return true;
-    }
-    return false;
+    return FindVariableRow([&](KOVSrvVariableMapEntry const& row) { return name == row.label; }) !=
+           nullptr;
 }
 
 }  // namespace kov::tool

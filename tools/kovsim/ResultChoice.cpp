@@ -6,6 +6,7 @@
 
 #include "DocumentReader.h"
 #include "KOVSrvFieldServices.h"
+#include "Keywords.h"
 #include "Names.h"
 #include "ObjectContent.h"
 
@@ -24,11 +25,8 @@ bool SameName(std::string const& a, std::string const& b) { return LowerCase(a) 
 
 // The name of the field that holds the variable; empty for an unknown label.
 std::string FieldOfLabel(std::string const& label) {
-    std::string upper = label;
-    for (char& c : upper) {
-        if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
-    }
-    std::string const field = Plain(KOVSrvFieldServices::GetFieldType(ToKOVString(upper)));
+    std::string const field =
+        Plain(KOVSrvFieldServices::GetFieldType(ToKOVString(UpperCase(label))));
     return field == "UNDEFINED" ? "" : field;
 }
 

@@ -5,9 +5,9 @@
 #include <map>
 
 #include "KOVSimSchema.h"
-#include "KOVSrvVariableMap.h"
 #include "Names.h"
 #include "Nearest.h"
+#include "VariableRows.h"
 #include "zdm_ComponentSymbols.h"
 
 namespace kov::tool {
@@ -25,15 +25,6 @@ constexpr Ending kTensor[] = {
     {"11", zdm_Component_C_11}, {"22", zdm_Component_C_22}, {"33", zdm_Component_C_33},
     {"12", zdm_Component_C_12}, {"13", zdm_Component_C_13}, {"23", zdm_Component_C_23},
     {"21", zdm_Component_C_21}, {"31", zdm_Component_C_31}, {"32", zdm_Component_C_32}};
-
-template <class Visit>
-void ForEachRow(Visit&& visit) {
-    for (int i = 0;; ++i) {
-        KOVSrvVariableMapEntry const& row = *KOVSrvVariableMap::GetEntry(i);
-        if (row.label == nullptr) return;
-        if (!visit(row)) return;
-    }
-}
 
 // What kind of quantity the symbol is a component of.
 int AlgebraicTypeOf(int symbol) {
@@ -60,33 +51,26 @@ int AlgebraicTypeOf(int symbol) {
 
 // Of the field as a whole: what any of its components in the map is.
 int AlgebraicTypeOfField(char const* name) {
-    int type = zdm_Algebraic_SCALAR;
-    ForEachRow([&](KOVSrvVariableMapEntry const& row) {
-        if (std::strcmp(row.fieldName, name) == 0) type = AlgebraicTypeOf(row.component);
-        return type == zdm_Algebraic_SCALAR;
+    auto const* const row = FindVariableRow([&](KOVSrvVariableMapEntry const& each) {
+        return std::strcmp(each.fieldName, name) == 0 &&
+               AlgebraicTypeOf(each.component) != zdm_Algebraic_SCALAR;
     });
-    return type;
+    return row == nullptr ? zdm_Algebraic_SCALAR : AlgebraicTypeOf(row->component);
 }
 
 // The first row of a label; null if there is none, and for one that stands for all components of a
 // vector or tensor, which is no number.
 KOVSrvVariableMapEntry const* FindRow(std::string const& label) {
-    KOVSrvVariableMapEntry const* found = nullptr;
-    ForEachRow([&](KOVSrvVariableMapEntry const& row) {
-        if (label == row.label) found = &row;
-        return found == nullptr;
-    });
+    auto const* const found =
+        FindVariableRow([&](KOVSrvVariableMapEntry const& row) { return label == row.label; });
     if (found == nullptr || found->component != zdm_Component_NONE) return found;
     return AlgebraicTypeOfField(found->fieldName) == zdm_Algebraic_SCALAR ? found : nullptr;
 }
 
 bool IsOnGrid(std::string const& label, int grid) {
-    bool found = false;
-    ForEachRow([&](KOVSrvVariableMapEntry const& row) {
-        found = row.gridType == grid && label == row.label;
-        return !found;
-    });
-    return found;
+    return FindVariableRow([&](KOVSrvVariableMapEntry const& row) {
+               return row.gridType == grid && label == row.label;
+           }) != nullptr;
 }
 
 // The symbols of all components by their endings; empty if one has another.
@@ -192,10 +176,9 @@ std::vector<ResultTarget> TargetsOf(ResultField const& field) {
 std::vector<std::string> NearestVariables(std::string_view label) {
     NearestSearch search(label);
     char const* last = "";
-    ForEachRow([&](KOVSrvVariableMapEntry const& row) {
+    ForEachVariableRow([&](KOVSrvVariableMapEntry const& row) {
         if (std::strcmp(last, row.label) != 0) search.Look(row.label);
         last = row.label;
-        return true;
     });
     return search.Names();
 }
