@@ -155,12 +155,18 @@ std::vector<std::string> LayoutReader::Names(std::string const& kind, std::strin
         }
         std::string const original = name;
         if (name.empty()) name = unnamed + number;
-        while (!used.insert(name).second) name += " (" + number + ")";
+        while (!used.insert(name).second) name.append(" (").append(number).append(")");
         if (name == original) continue;
-        Note(original.empty()
-                 ? "variable " + number + " of " + kind + " has no name; it is called " + name
-                 : "there are several '" + original + "' in " + kind + "; variable " + number +
-                       " is called '" + name + "'");
+        std::string note;
+        if (original.empty()) {
+            note.append("variable ").append(number).append(" of ").append(kind);
+            note.append(" has no name; it is called ").append(name);
+        } else {
+            note.append("there are several '").append(original).append("' in ").append(kind);
+            note.append("; variable ").append(number);
+            note.append(" is called '").append(name).append("'");
+        }
+        Note(std::move(note));
     }
     return names;
 }

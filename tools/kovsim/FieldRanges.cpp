@@ -136,6 +136,7 @@ std::vector<FieldRange> RangesOf(FieldContent const& field) {
         });
     }
     std::vector<FieldRange> ordered;
+    ordered.reserve(order.size() + 1);
     for (std::size_t const place : order) ordered.push_back(std::move(ranges[place]));
     if (!derived.label.empty() && derived.lowest.item >= 0) ordered.push_back(std::move(derived));
     return ordered;

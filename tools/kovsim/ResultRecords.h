@@ -9,6 +9,7 @@
 
 namespace kov::tool {
 
+// Persisted; do not change the numbers.
 inline constexpr int kFrameIncrement = 0;  ///< int
 inline constexpr int kFrameValue = 1;      ///< double: time within the step, frequency, load factor
 inline constexpr int kFrameTotalTime = 2;  ///< double: from the start of the analysis
