@@ -37,7 +37,8 @@ TEST_F(CommandLine, ExplainsItself) {
     EXPECT_EQ(help.status, 0);
     for (char const* const name :
          {"translate", "info", "sets", "find", "classes", "verify", "compact", "export", "extract",
-          "map", "monitor", "layup", "sections", "variable", "fields"}) {
+          "map", "monitor", "layup", "sections", "variable", "fields", "results", "materials",
+          "conditions", "check"}) {
         EXPECT_NE(help.output.find(name), std::string::npos) << name;
         auto const own = work.Run({name, "--help"});
         EXPECT_EQ(own.status, 0);

@@ -68,6 +68,8 @@ class MeshDocument {
         document = KOVObjDocument::Open(m_path.c_str(), access);
         Look();
     }
+    /// Where it lies; empty in memory.
+    std::string const& Path() const { return m_path; }
     std::unique_ptr<KOVSimTransaction> Write() const {
         return std::make_unique<KOVSimTransaction>(document.ContextID());
     }

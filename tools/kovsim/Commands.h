@@ -17,6 +17,7 @@ using Action = std::function<int()>;
 void AddTranslate(CLI::App& app, Action& action);
 void AddInfo(CLI::App& app, Action& action);
 void AddVerify(CLI::App& app, Action& action);
+void AddCheck(CLI::App& app, Action& action);
 void AddClasses(CLI::App& app, Action& action);
 void AddCompact(CLI::App& app, Action& action);
 void AddConditions(CLI::App& app, Action& action);

@@ -50,6 +50,7 @@ int Run(int argc, char** argv) {
     kov::tool::AddMaterials(app, action);
     kov::tool::AddConditions(app, action);
     kov::tool::AddFields(app, action);
+    kov::tool::AddCheck(app, action);
     kov::tool::AddVerify(app, action);
     kov::tool::AddCompact(app, action);
     kov::tool::AddExport(app, action);
