@@ -350,6 +350,12 @@ TEST(FrdSource, WhatIsDamagedIsToldByItsLine) {
     value.Header(1, 1, "x", 1);
     EXPECT_EQ(Error(value.End()),
               "r.frd:3: expected value, count, kind, number and format behind 100C");
+    for (std::string const text : {"NaN", "-inf"}) {
+        FrdText time;
+        time.Header(1, 1, text, 1);
+        EXPECT_EQ(Error(time.End()),
+                  "r.frd:3: '" + text + "' is no time, frequency or load factor");
+    }
     FrdText step;
     step.Line("    1PSTEP");
     EXPECT_EQ(Error(step.End()), "r.frd:2: no step and increment behind 1PSTEP");

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <climits>
+#include <cmath>
 
 #include "Interrupt.h"
 #include "Names.h"
@@ -60,6 +61,9 @@ bool FrdSource::ReadHeader() {
         } else if (Begins(line, "  100C")) {
             if (!m_next.ReadValue(line)) {
                 Fail("expected value, count, kind, number and format behind 100C");
+            }
+            if (!std::isfinite(m_next.value)) {
+                Fail("'" + Shown(m_next.valueText) + "' is no time, frequency or load factor");
             }
             if (m_next.format != 0 && m_next.format != 1) {
                 Fail("the values are binary; expected an ASCII .frd file");
