@@ -302,6 +302,22 @@ TEST_F(Fields, AVariableThatNobodyKnowsGoesByItsOwnName) {
     EXPECT_EQ(field["components"][1]["label"].text, "my value12");
 }
 
+TEST_F(Fields, OnAGridThatTheMapDoesNotHaveAFieldGoesByItsOwnNameIfThatIsALabel) {
+    Build(kBars, [](ResultBuilder& r) {
+        KOVSimPosition const step = r.Step("Load");
+        KOVSimPosition const frame = r.Frame(step, 1, 1, 1);
+        for (char const* const name : {"TEMP", "P", "S0"}) {
+            r.Whole(step, frame, name, -1, schema::Grid_Node(), {0}, ResultBuilder::Scalar(), {1});
+        }
+    });
+    JsonValue const fields = Json()["steps"][0]["listed"][0]["fields"];
+    ASSERT_EQ(fields.Size(), 3U);
+    EXPECT_EQ(fields[0]["label"].text, "TEMP");
+    EXPECT_EQ(fields[0]["components"][0]["label"].text, "TEMP");
+    EXPECT_EQ(fields[1]["label"].text, "P");
+    EXPECT_EQ(fields[2]["label"].text, "S");
+}
+
 TEST_F(Fields, AFieldWithoutAnythingHasNoValues) {
     Build(kBars, [](ResultBuilder& r) {
         KOVSimPosition const step = r.Step("Load");

@@ -94,9 +94,11 @@ FieldHead DocumentResults::Head(KOVSimPosition const& field) {
     auto const [at, isNew] = m_labels.try_emplace({head.name, head.grid});
     if (isNew && !head.name.empty()) {
         KOVString const name = ToKOVString(head.name);
-        for (int const grid : {head.grid, kAnyGrid}) {
-            if (at->second.empty())
-                at->second = Plain(KOVSrvFieldServices::GetVariableLabel(name, grid));
+        at->second = Plain(KOVSrvFieldServices::GetVariableLabel(name, head.grid));
+        // On a grid that the map does not have, TEMP is TEMP rather than AVGTEMP, its mean.
+        bool const isOwn = Plain(KOVSrvFieldServices::GetFieldType(name)) == head.name;
+        if (at->second.empty() && !isOwn) {
+            at->second = Plain(KOVSrvFieldServices::GetVariableLabel(name, kAnyGrid));
         }
         if (at->second.empty()) at->second = head.name;
     }
