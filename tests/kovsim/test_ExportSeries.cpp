@@ -148,6 +148,13 @@ TEST_F(ExportSeries, TheSummaryAsJsonNamesTheFiles) {
     EXPECT_EQ(json["notes"].Size(), 0U);
 }
 
+TEST_F(ExportSeries, CapitalsInTheEndingMakeASeriesToo) {
+    BuildFrames({{"Load", kStatic, 0.5, 0.5}, {"Load", kStatic, 1, 1}});
+    EXPECT_EQ(Ask({"-o", "S.PVD"}).status, 0);
+    EXPECT_EQ(Entries(work.Folder()), (Names{"S", "S.PVD", "d.inp", "m.ksd"}));
+    EXPECT_EQ(Entries(work / "S"), (Names{"S_0001.vtu", "S_0002.vtu"}));
+}
+
 TEST_F(ExportSeries, NothingThatExistsIsReplaced) {
     BuildFrames({{"Load", kStatic, 1, 1}});
     WriteFile(work / "s.pvd", "mine");

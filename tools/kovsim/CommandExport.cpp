@@ -42,7 +42,7 @@ struct Options {
     bool noSets = false;
     bool json = false;
 
-    bool IsSeries() const { return fs::path(output).extension() == ".pvd"; }
+    bool IsSeries() const { return LowerCase(fs::path(output).extension().string()) == ".pvd"; }
 };
 
 // A file to be made: a frame and its fields, or the mesh alone.
