@@ -1,11 +1,9 @@
 // kovsim conditions MODEL.ksd [KIND]
 
 #include <CLI/CLI.hpp>
-#include <algorithm>
 #include <memory>
 #include <optional>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "Columns.h"
@@ -112,10 +110,9 @@ void PrintList(TextOut& out, Conditions const& conditions) {
 void PrintValues(TextOut& out, Conditions const& conditions, Labels& labels) {
     for (ConditionContent const& condition : conditions) {
         std::string const word = Word(condition);
-        std::string const members = CountText(condition.region.Size(), word);
-        out << KindOf(condition) << " of "
-            << (condition.set.empty() ? members
-                                      : word + " set " + NameText(condition.set) + ", " + members);
+        out << KindOf(condition) << " of ";
+        if (!condition.set.empty()) out << word << " set " << NameText(condition.set) << ", ";
+        out << CountText(condition.region.Size(), word);
         if (condition.uniform) {
             out << ": " << Listed(condition.values) << "\n";
             if (condition.set.empty()) {

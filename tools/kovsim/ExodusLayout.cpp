@@ -2,12 +2,12 @@
 
 #include <algorithm>
 #include <limits>
-#include <map>
 #include <set>
 #include <utility>
 
 #include "DataFields.h"
 #include "Json.h"
+#include "ObjectContent.h"
 
 namespace kov::tool {
 
@@ -39,7 +39,7 @@ constexpr std::size_t kMost = static_cast<std::size_t>(std::numeric_limits<int>:
 constexpr char const* kColumns[] = {"_x", "_y", "_z"};
 
 std::string Counted(std::size_t count, std::string const& what) {
-    return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
+    return CountText(static_cast<long>(count), what);
 }
 
 class LayoutReader {

@@ -264,8 +264,9 @@ void Grouping::TakeRest() {
         group.label = label.value_or(name + " (" + std::to_string(i + 1) + ")");
         if (!label) {
             m_labels.insert(group.label);
-            m_result.notes.push_back("'" + name + "' is called '" + group.label +
-                                     "': it is not, or not alone, the variable " + name);
+            std::string& note = m_result.notes.emplace_back("'");
+            note.append(name).append("' is called '").append(group.label);
+            note.append("': it is not, or not alone, the variable ").append(name);
         }
         group.components = {group.label};
         m_result.groups.push_back(std::move(group));
@@ -282,9 +283,9 @@ void Grouping::TellNumbers() {
     for (auto const& [stem, numbers] : series) {
         int const count = static_cast<int>(numbers.size());
         if (count < 2 || *numbers.begin() != 1 || *numbers.rbegin() != count) continue;
-        m_result.notes.push_back("'" + stem + "1' to '" + stem + std::to_string(count) +
-                                 "' are fields of their own: their numbers do not say what they "
-                                 "count");
+        std::string& note = m_result.notes.emplace_back("'");
+        note.append(stem).append("1' to '").append(stem).append(std::to_string(count));
+        note.append("' are fields of their own: their numbers do not say what they count");
     }
 }
 

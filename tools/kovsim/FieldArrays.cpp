@@ -38,7 +38,7 @@ std::string Refusal(FieldContent const& field) {
 }  // namespace
 
 std::string ArrayNames::NameOf(FieldHead const& head) const {
-    std::string const label = head.label.empty() ? "field" : head.label;
+    std::string label = head.label.empty() ? "field" : head.label;
     auto const at = m_grids.find(head.label);
     if (at == m_grids.end() || at->second.size() < 2) return label;
     SchemaType const grid = FindSchemaType(head.grid);

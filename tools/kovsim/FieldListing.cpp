@@ -1,7 +1,6 @@
 #include "FieldListing.h"
 
 #include <algorithm>
-#include <cmath>
 #include <cstdio>
 #include <utility>
 

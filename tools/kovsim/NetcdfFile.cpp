@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <array>
 #include <filesystem>
-#include <numeric>
 #include <system_error>
 
 #include "Failure.h"

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstring>
-#include <map>
 
 #include "KOVSimSchema.h"
 #include "Names.h"

@@ -65,7 +65,10 @@ bool TextLines::Read() {
     char const* const start = m_buffer.data() + m_at;
     std::size_t length =
         newline == nullptr ? m_end - m_at : static_cast<std::size_t>(newline - start);
-    if (length > kLongest) throw Failure(Where() + ": a line of more than 65536 bytes is no text");
+    if (length > kLongest) {
+        throw Failure(Where() + ": a line of more than " + std::to_string(kLongest) +
+                      " bytes is no text");
+    }
     m_at += length + (newline == nullptr ? 0 : 1);
     if (length > 0 && start[length - 1] == '\r') --length;
     m_line = {start, length};
