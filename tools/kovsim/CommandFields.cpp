@@ -75,6 +75,7 @@ std::vector<ListedStep> Choose(DocumentResults& results, Options const& options,
     FieldPicker picker(options.fields);
     std::vector<ListedStep> listed;
     std::vector<std::size_t> const steps = ChooseSteps(results, options.step);
+    listed.reserve(steps.size());
     for (std::size_t const step : steps) listed.push_back({step, {}});
     if (!choice) {
         for (ListedStep& each : listed) {
@@ -118,7 +119,7 @@ void AddFields(CLI::App& app, Action& action) {
                         "The fields of these frames: a number, last, all, or none for those "
                         "outside of frames");
     command
-        ->add_option("--field", options->fields,
+        ->add_option("--fields,--field", options->fields,
                      "These fields alone: names, or labels of variables, such as U,S")
         ->delimiter(',');
     command->add_flag("--json", options->json, "Print it as JSON, with all digits");
