@@ -48,6 +48,7 @@ std::vector<std::size_t> ChooseSteps(DocumentResults const& results, std::string
         return {static_cast<std::size_t>(number) - 1};
     }
     std::vector<std::string> names;
+    names.reserve(steps.size());
     for (ResultStep const& step : steps) names.push_back(step.name);
     throw DocumentFault("no step '" + Shown(wanted) + "' among " +
                         CountText(static_cast<long>(steps.size()), "step") +

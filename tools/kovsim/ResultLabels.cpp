@@ -31,7 +31,7 @@ std::string ResultInstance(KOVObjDocument const& document,
                            std::optional<std::string> const& instance) {
     MeshLabels const nodes(document, KOVObjLabelerNodes);
     if (instance) {
-        std::string const name = InstanceName(*instance);
+        std::string name = InstanceName(*instance);
         InstanceNumber(document, nodes, KOVObjLabelerNodes, name);
         return name;
     }
