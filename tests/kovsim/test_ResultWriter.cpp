@@ -190,6 +190,21 @@ TEST_P(Results, AFrameThatIsThereIsPassedOver) {
     EXPECT_EQ(ResultLook::Frames(Look().Steps()[1]).size(), 1U);
 }
 
+TEST_P(Results, FieldsOfAFrameThatIsThereWithoutThemAreTold) {
+    MakeMesh();
+    SampleField const heat = AtNodes("NT", {"NT"}, {10}, {1});
+    SampleField const shift = AtNodes("U", kU, {10}, {1, 2, 3});
+    Add({Sample(1, 1, 0.5, {heat}), Sample(1, 2, 1.0, {heat})});
+    Reopen();
+    ResultSummary const summary =
+        Add({Sample(1, 1, 0.5, {heat, shift}), Sample(1, 2, 1.0, {shift, heat})});
+    EXPECT_EQ(summary.framesThere, 2);
+    ASSERT_EQ(summary.notes.size(), 2U);  // behind that of the source
+    EXPECT_EQ(summary.notes[1],
+              "field 'U' was not added to 2 frames that were there already without it");
+    EXPECT_EQ(Add({Sample(1, 1, 0.5, {heat})}).notes.size(), 1U);
+}
+
 TEST_P(Results, AnotherValueForAnIncrementIsRefused) {
     MakeMesh();
     Add({Sample(1, 1, 0.5)});

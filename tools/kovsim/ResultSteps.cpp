@@ -64,10 +64,10 @@ KOVSimPosition ResultSteps::Step(int number) const {
     return {};
 }
 
-ResultSteps::Values& ResultSteps::ValuesOf(int step) {
+ResultSteps::Frames& ResultSteps::FramesOf(int step) {
     auto const at = m_known.find(step);
     if (at != m_known.end()) return at->second;
-    Values& values = m_known[step];
+    Frames& known = m_known[step];
     KOVSimVector const frames = Step(step).GetVector(schema::Task_frames());
     for (KOVSimVectoriterator frame = frames.Begin(); frame.NotDone(); ++frame) {
         int increment = 0;
@@ -75,9 +75,13 @@ ResultSteps::Values& ResultSteps::ValuesOf(int step) {
         KOVSimDataRecord const record = (*frame).GetDataRecord();
         record.GetInt(kFrameIncrement, increment);
         record.GetDouble(kFrameValue, value);
-        values.emplace(increment, value);
+        known.emplace(increment, Known{value, *frame});
     }
-    return values;
+    return known;
+}
+
+KOVSimPosition ResultSteps::Frame(ResultFrame const& frame) {
+    return FramesOf(frame.step).at(frame.increment).frame;
 }
 
 bool ResultSteps::Has(ResultFrame const& frame) {
@@ -93,13 +97,13 @@ bool ResultSteps::Has(ResultFrame const& frame) {
                           Shown(Plain(step.Name(-1))) + "' of the model has " +
                           FrameValuesName(FrameValueOf(step)));
     }
-    Values const& values = ValuesOf(frame.step);
-    auto const there = values.find(frame.increment);
-    if (there == values.end()) return false;
-    if (Same(there->second, frame.value)) return true;
+    Frames const& known = FramesOf(frame.step);
+    auto const there = known.find(frame.increment);
+    if (there == known.end()) return false;
+    if (Same(there->second.value, frame.value)) return true;
     throw ResultFault(name + ", increment " + std::to_string(frame.increment) +
-                      " is in the document with the value " + NumberText(there->second) + ", not " +
-                      NumberText(frame.value) + ": the results are of another run");
+                      " is in the document with the value " + NumberText(there->second.value) +
+                      ", not " + NumberText(frame.value) + ": the results are of another run");
 }
 
 KOVSimPosition ResultSteps::MakeStep(StepKind kind) {
@@ -143,8 +147,8 @@ MadeFrame ResultSteps::Append(ResultFrame const& frame) {
     return made;
 }
 
-void ResultSteps::Keep(ResultFrame const& frame) {
-    ValuesOf(frame.step).emplace(frame.increment, frame.value);
+void ResultSteps::Keep(ResultFrame const& frame, MadeFrame const& made) {
+    FramesOf(frame.step).emplace(frame.increment, Known{frame.value, made.frame});
     m_made += m_making;
     m_making = 0;
 }

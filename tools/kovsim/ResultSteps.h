@@ -27,19 +27,25 @@ class ResultSteps {
     /// Appends a frame, and makes the step if it is not there; in a transaction.
     MadeFrame Append(ResultFrame const& frame);
     /// Notes a frame that was appended, once it is committed.
-    void Keep(ResultFrame const& frame);
+    void Keep(ResultFrame const& frame, MadeFrame const& made);
+    /// The document's frame of that increment; Has was true for it.
+    KOVSimPosition Frame(ResultFrame const& frame);
 
     int StepsMade() const { return m_made; }
 
   private:
-    using Values = std::map<int, double>;  // of frames, by increment
+    struct Known {
+        double value;
+        KOVSimPosition frame;
+    };
+    using Frames = std::map<int, Known>;  // by increment
 
     KOVSimPosition Step(int number) const;
     KOVSimPosition MakeStep(StepKind kind);
-    Values& ValuesOf(int step);
+    Frames& FramesOf(int step);
 
     KOVObjDocument m_document;
-    std::map<int, Values> m_known;  ///< by number of the step
+    std::map<int, Frames> m_known;  ///< by number of the step
     int m_made = 0;                 ///< steps, over all transactions that were committed
     int m_making = 0;
 };

@@ -1,8 +1,12 @@
 #include "ResultWriter.h"
 
 #include <algorithm>
+#include <set>
 
 #include "Interrupt.h"
+#include "KOVObjMeshedField.h"
+#include "KOVSimSchema.h"
+#include "KOVSimSet.h"
 #include "KOVSimTransaction.h"
 #include "Names.h"
 
@@ -64,6 +68,13 @@ ResultLabels& ResultWriter::LabelsOf(ResultPlace place) {
 void ResultWriter::Add(ResultSource& source) {
     auto const keepNotes = [&] {
         for (std::string const& note : source.Notes()) m_summary.notes.push_back(note);
+        for (auto const& [label, frames] : m_passedOver) {
+            m_summary.notes.push_back("field '" + Shown(label) + "' was not added to " +
+                                      std::to_string(frames) +
+                                      (frames == 1 ? " frame that was" : " frames that were") +
+                                      " there already without it");
+        }
+        m_passedOver.clear();
     };
     ResultFrame frame;
     try {
@@ -72,6 +83,7 @@ void ResultWriter::Add(ResultSource& source) {
             if (m_options.progress) m_options.progress(source.Done());
             if (HasFrame(source, frame)) {
                 ++m_summary.framesThere;
+                NotePassedOver(source, m_steps.Frame(frame));
             } else {
                 AddFrame(source, frame);
             }
@@ -91,6 +103,30 @@ bool ResultWriter::HasFrame(ResultSource const& source, ResultFrame const& frame
     }
 }
 
+// What a frame that is there does not have stays out of the document; nobody should believe it in.
+void ResultWriter::NotePassedOver(ResultSource& source, KOVSimPosition const& frame) {
+    std::set<std::pair<std::string, int>> there;
+    KOVSimSet const fields = frame.GetSet(schema::Frame_fields());
+    for (KOVSimSetiterator field = fields.Begin(); field.NotDone(); ++field) {
+        KOVSimPosition const type = (*field).GetPosition(schema::Field_fieldType());
+        there.emplace(Plain(type.Name(schema::zdm_FieldTypeLib_fieldTypes())),
+                      KOVObjMeshedField(*field).GetGridType());
+    }
+    auto const isThere = [&](ResultTarget const& target) {
+        return there.contains({target.name, target.grid});
+    };
+    ResultField field;
+    while (source.NextField(field)) {
+        bool all = false;
+        try {
+            std::vector<ResultTarget> const targets = TargetsOf(field);
+            all = std::all_of(targets.begin(), targets.end(), isThere);
+        } catch (ResultFault const&) {  // no frame has such a field
+        }
+        if (!all) ++m_passedOver[field.label];
+    }
+}
+
 void ResultWriter::AddFrame(ResultSource& source, ResultFrame const& frame) {
     Variables variables;
     KOVSimTransaction transaction(m_document.ContextID());
@@ -99,7 +135,7 @@ void ResultWriter::AddFrame(ResultSource& source, ResultFrame const& frame) {
     while (source.NextField(field)) AddField(source, made, field, variables);
     ThrowIfInterrupted();
     transaction.Commit();
-    m_steps.Keep(frame);
+    m_steps.Keep(frame, made);
     ++m_summary.framesAdded;
     m_summary.stepsMade = m_steps.StepsMade();
     Count(variables);

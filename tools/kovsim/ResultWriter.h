@@ -60,6 +60,7 @@ class ResultWriter {
     using Variables = std::vector<ResultVariable>;
 
     bool HasFrame(ResultSource const& source, ResultFrame const& frame);
+    void NotePassedOver(ResultSource& source, KOVSimPosition const& frame);
     void AddFrame(ResultSource& source, ResultFrame const& frame);
     void AddField(ResultSource& source, MadeFrame const& made, ResultField const& field,
                   Variables& variables);
@@ -72,6 +73,7 @@ class ResultWriter {
     std::unique_ptr<ResultLabels> m_nodes;
     std::unique_ptr<ResultLabels> m_elements;
     ResultSteps m_steps;
+    std::map<std::string, int> m_passedOver;  ///< by label: frames that are there without it
     ResultSummary m_summary;
 };
 
