@@ -1,6 +1,6 @@
 // Scoped names: from the name that a user wrote to the object of a model.
 //
-// A user writes `Part-1.Set-1`, `"Part 1".Set` or plain `Set-1`; a model keeps its sets, surfaces
+// A user writes `Wing-1.Skin`, `"Left wing".Skin` or plain `Skin`; a model keeps its sets, surfaces
 // and orientations in maps under flattened keys, whose scopes are joined by `_`. These functions
 // try the forms of key one after the other, each by one look-up in the map, byte for byte and
 // without folding of case. With N the name, M the model's name (the text in field 0 of its record)

@@ -203,6 +203,12 @@ TEST_P(Results, FieldsOfAFrameThatIsThereWithoutThemAreTold) {
     EXPECT_EQ(summary.notes[1],
               "field 'U' was not added to 2 frames that were there already without it");
     EXPECT_EQ(Add({Sample(1, 1, 0.5, {heat})}).notes.size(), 1U);
+
+    ResultSummary const repeated = Add({Sample(1, 3, 2.0, {heat}), Sample(1, 3, 2.0, {shift})});
+    EXPECT_EQ(repeated.framesAdded, 1);
+    ASSERT_EQ(repeated.notes.size(), 2U);
+    EXPECT_EQ(repeated.notes[1],
+              "field 'U' was not added to 1 frame that was there already without it");
 }
 
 TEST_P(Results, AnotherValueForAnIncrementIsRefused) {

@@ -1,15 +1,18 @@
 // A document that the checker certifies, with at least one object of each kind that it looks at.
 // Every object that a test may want to break is known by a name.
 //
-//   elements 0 to 9    class.shell, S4R, section SKIN       10 to 19  class.solid, C3D8, section
-//   BULK elements 20 to 24  class.mass, MASS, no section         25 to 29  class.bare, no
-//   specification regions            SURF, EDGES, NODES, ELSET, FREE, FREE-REGION and the surfaces
-//   ANA-A, ANA-B,
-//                      ANA-C, ANA-R, each with a rigid body RB-A ... and a mesh
-//   steps              Static, Riks, Buckle, Freq, Steady
-//   history            Static: U #0, ENERGY #1, S #2; Riks: CF #0, WORK #1
-//   requests           #0 of no kind, #1 with fields, #2 of the history, #3 with an empty field,
-//                      #4 elaborated from nothing
+// clang-format off
+//   elements   0 to 9    class.shell, S4R, section SKIN
+//              10 to 19  class.solid, C3D8, section BULK
+//              20 to 24  class.mass, MASS, no section
+//              25 to 29  class.bare, no specification
+//   regions    SURF, EDGES, NODES, ELSET, FREE, FREE-REGION, and the surfaces ANA-A, ANA-B, ANA-C,
+//              ANA-R, each with a rigid body RB-A ... and a mesh
+//   steps      Static, Riks, Buckle, Freq, Steady
+//   history    Static: U #0, ENERGY #1, S #2; Riks: CF #0, WORK #1
+//   requests   #0 of no kind, #1 with fields, #2 of the history, #3 with an empty field, #4
+//              elaborated from nothing
+// clang-format on
 #pragma once
 
 #include <map>

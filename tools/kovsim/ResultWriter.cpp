@@ -103,7 +103,7 @@ bool ResultWriter::HasFrame(ResultSource const& source, ResultFrame const& frame
     }
 }
 
-// What a frame that is there does not have stays out of the document; nobody should believe it in.
+// A frame that is there gets nothing more; whoever adds fields that it lacks has to know.
 void ResultWriter::NotePassedOver(ResultSource& source, KOVSimPosition const& frame) {
     std::set<std::pair<std::string, int>> there;
     KOVSimSet const fields = frame.GetSet(schema::Frame_fields());
@@ -115,6 +115,7 @@ void ResultWriter::NotePassedOver(ResultSource& source, KOVSimPosition const& fr
     auto const isThere = [&](ResultTarget const& target) {
         return there.contains({target.name, target.grid});
     };
+    std::set<std::string> lacking;
     ResultField field;
     while (source.NextField(field)) {
         bool all = false;
@@ -123,8 +124,9 @@ void ResultWriter::NotePassedOver(ResultSource& source, KOVSimPosition const& fr
             all = std::all_of(targets.begin(), targets.end(), isThere);
         } catch (ResultFault const&) {  // no frame has such a field
         }
-        if (!all) ++m_passedOver[field.label];
+        if (!all) lacking.insert(field.label);
     }
+    for (std::string const& label : lacking) ++m_passedOver[label];
 }
 
 void ResultWriter::AddFrame(ResultSource& source, ResultFrame const& frame) {
